@@ -1,0 +1,8 @@
+/* zomath: the whole public interface. */
+#ifndef ZOMATH_ZOMATH_H
+#define ZOMATH_ZOMATH_H
+
+#include "zomath/core.h"
+#include "zomath/sort.h"
+
+#endif /* ZOMATH_ZOMATH_H */
