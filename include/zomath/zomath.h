@@ -4,5 +4,6 @@
 
 #include "zomath/core.h"
 #include "zomath/sort.h"
+#include "zomath/scalar.h"
 
 #endif /* ZOMATH_ZOMATH_H */
