@@ -245,6 +245,33 @@ public:
   // Stable sort of the rows by the values in column nKeyCol; whole rows follow.
   bool Sort(int nKeyCol, bool bAscending = true);
 
+  // Dense linear algebra: NRMat<double> only (defined in core/linalg; for another element
+  // type these do not link). NANUM is an ordinary number here.
+  //
+  // A = Q R: mQ becomes rows by rows orthogonal, mR rows by columns upper trapezoidal. 0, or a
+  // code of platform/linalg.h (kLinalgBadArgument for an empty matrix).
+  int QR(NRMat& mQ, NRMat& mR) const;
+  // Thin SVD through LAPACK, A = U diag(s) VT, k = min(rows, cols): vS gets k values in
+  // descending order, mU rows by k, mVT k by cols. The one-argument form gives the values only.
+  // 0, or a code of platform/linalg.h.
+  int SVD(NRVec<double>& vS, NRMat& mU, NRMat& mVT) const;
+  int SVD(NRVec<double>& vS) const;
+  // The library's own SVD, in place: this matrix becomes U (rows by cols), vW the cols singular
+  // values (unsorted, none negative), mV the cols by cols V, not transposed. With fewer rows
+  // than columns the entries beyond the row count are zero: vW's tail and the trailing columns
+  // of U and mV. False for an empty matrix; throws the int kSvdNoConvergence (-30001) when a
+  // value takes 30 rounds, or when an entry is NaN or infinite.
+  bool svdcmp(NRVec<double>& vW, NRMat& mV);
+  // x = V diag(1 / w) U' b with this matrix as U (rows by cols) from svdcmp; a w of exactly 0
+  // contributes nothing. False for inconsistent sizes.
+  bool svbksb(const NRVec<double>& vW, const NRMat& mV, const NRVec<double>& vB,
+              NRVec<double>& vX) const;
+  // Moore-Penrose pseudo-inverse (cols by rows) from the SVD; singular values at or below the
+  // tolerance are dropped (dTolerance <= 0: max(rows, cols) * s_max * 2^-52). 0; 1 for an
+  // empty matrix, a failed SVD, or a kept value whose reciprocal would overflow, with mPinv
+  // filled with NANUM after the last two.
+  int Pinv(NRMat& mPinv, double dTolerance = -1.0) const;
+
 private:
   void Allocate(int n, int m);
   void Adopt(NRMat& other);
@@ -255,6 +282,17 @@ private:
   T** v = nullptr;
   int nStorage = OWNS_ALL;
 };
+
+// Thrown as a plain int by NRMat::svdcmp when the iteration does not converge.
+constexpr int kSvdNoConvergence = -30001;
+
+template <> int NRMat<double>::QR(NRMat<double>& mQ, NRMat<double>& mR) const;
+template <> int NRMat<double>::SVD(NRVec<double>& vS, NRMat<double>& mU, NRMat<double>& mVT) const;
+template <> int NRMat<double>::SVD(NRVec<double>& vS) const;
+template <> bool NRMat<double>::svdcmp(NRVec<double>& vW, NRMat<double>& mV);
+template <> bool NRMat<double>::svbksb(const NRVec<double>& vW, const NRMat<double>& mV,
+                                       const NRVec<double>& vB, NRVec<double>& vX) const;
+template <> int NRMat<double>::Pinv(NRMat<double>& mPinv, double dTolerance) const;
 
 #define ZOMATH_NRVEC_TYPES(X) \
   X(double) X(int) X(unsigned int) X(char) X(unsigned short) X(float) X(unsigned char) X(d_complex)

@@ -4,6 +4,8 @@
 
 #include "zomath/core.h"
 #include "zomath/sort.h"
+#include "zomath/linalg.h"
+#include "zomath/records.h"
 #include "zomath/scalar.h"
 
 #endif /* ZOMATH_ZOMATH_H */
