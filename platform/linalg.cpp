@@ -163,8 +163,9 @@ int svd_bidiagonal(int m, int n, T* a, int lda, double* s, T* u, int ldu, T* vt,
       return rc;
   }
   const char uplo = m >= n ? 'U' : 'L';
+  // Without vectors the strides still have to pass the row-major checks.
   return lapack_status(bidiagonal_qr(uplo, k, vectors ? n : 0, vectors ? m : 0, s, e.data(), vt,
-                                     vectors ? ldvt : 1, u, vectors ? ldu : 1),
+                                     vectors ? ldvt : 1, u, vectors ? ldu : k),
                        fail, kLinalgNotConverged, "bidiagonal QR did not converge");
 }
 
