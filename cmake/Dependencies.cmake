@@ -12,15 +12,19 @@ endfunction()
 find_path(ZOMATH_BOOST_MATH_INCLUDE boost/math/special_functions/gamma.hpp)
 zomath_require(ZOMATH_BOOST_MATH_INCLUDE "Boost.Math headers" libboost-math-dev)
 
-# LAPACK through LAPACKE, over a BLAS without threads.
+# LAPACK through LAPACKE, over the single-threaded OpenBLAS (BLAS, CBLAS and LAPACK in one
+# library). It is named by its own directory rather than through Debian's BLAS alternatives,
+# which may point at a threaded build; libzomath carries that directory in its run path, and
+# the OpenBLAS symbols come before those of the LAPACK that liblapacke itself names.
 find_path(ZOMATH_LAPACKE_INCLUDE lapacke.h)
 find_library(ZOMATH_LAPACKE_LIB lapacke)
 zomath_require(ZOMATH_LAPACKE_INCLUDE "lapacke.h" liblapacke-dev)
 zomath_require(ZOMATH_LAPACKE_LIB "liblapacke" liblapacke-dev)
-find_library(ZOMATH_LAPACK_LIB lapack)
-zomath_require(ZOMATH_LAPACK_LIB "liblapack" liblapack-dev)
-find_library(ZOMATH_BLAS_LIB blas)
-zomath_require(ZOMATH_BLAS_LIB "libblas" libblas-dev)
+find_library(ZOMATH_OPENBLAS_LIB openblas
+  PATHS /usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/openblas-serial NO_DEFAULT_PATH)
+zomath_require(ZOMATH_OPENBLAS_LIB "the single-threaded OpenBLAS" libopenblas-serial-dev)
+find_path(ZOMATH_CBLAS_INCLUDE cblas.h)
+zomath_require(ZOMATH_CBLAS_INCLUDE "cblas.h" libopenblas-serial-dev)
 
 # FFTW3, double precision.
 find_path(ZOMATH_FFTW_INCLUDE fftw3.h)
@@ -30,9 +34,10 @@ zomath_require(ZOMATH_FFTW_LIB "libfftw3" libfftw3-dev)
 
 add_library(zomath_deps INTERFACE)
 target_include_directories(zomath_deps SYSTEM INTERFACE
-  ${ZOMATH_BOOST_MATH_INCLUDE} ${ZOMATH_LAPACKE_INCLUDE} ${ZOMATH_FFTW_INCLUDE})
+  ${ZOMATH_BOOST_MATH_INCLUDE} ${ZOMATH_LAPACKE_INCLUDE} ${ZOMATH_CBLAS_INCLUDE}
+  ${ZOMATH_FFTW_INCLUDE})
 target_link_libraries(zomath_deps INTERFACE
-  ${ZOMATH_LAPACKE_LIB} ${ZOMATH_LAPACK_LIB} ${ZOMATH_BLAS_LIB} ${ZOMATH_FFTW_LIB} m)
+  ${ZOMATH_LAPACKE_LIB} ${ZOMATH_OPENBLAS_LIB} ${ZOMATH_FFTW_LIB} m)
 
 if(ZOMATH_BUILD_TESTS)
   find_package(GTest QUIET)
