@@ -37,6 +37,21 @@ int main(void) {
   zomath_free(block);
   zomath_free(NULL);
 
+  /* Linear algebra and records through the C interface: bool results and record layouts. */
+  {
+    double a[4] = {4.0, 7.0, 2.0, 6.0}, u[4] = {4.0, 7.0, 2.0, 6.0}, w[2], v[4];
+    zomath_Spline host = {8, NULL, NULL, 0, 0};
+    Nag_Spline routine;
+    check(zomath_inverse(a, 2) == 0 && a[0] - 0.6 < 1e-15 && 0.6 - a[0] < 1e-15 &&
+              a[1] + 0.7 < 1e-15 && -0.7 - a[1] < 1e-15, "zomath_inverse");
+    check(zomath_svdcmp_2(u, 2, 2, w, v) == true, "zomath_svdcmp_2 answers true");
+    host.pKnots = (double*)malloc(8 * sizeof(double));
+    check(copy_spline_to_nag(&host, &routine) == 0 && routine.pKnots == host.pKnots &&
+              routine.nKnots == 8, "copy_spline_to_nag");
+    zomath_free_spline_struct(&host);
+    check(host.pKnots == NULL, "zomath_free_spline_struct clears the pointer");
+  }
+
   if (failures == 0) printf("C consumer: all checks passed\n");
   return failures == 0 ? 0 : 1;
 }

@@ -1,9 +1,11 @@
 #!/usr/bin/python3
-"""Singular values of ill-conditioned test matrices at 50 significant digits, with mpmath.
+"""Singular values of ill-conditioned test matrices at 60 digits, with mpmath.
 
 Each matrix is built from the double values the tests use (Hilbert entries are 1/(i+j+1)
 rounded to double first; Vandermonde entries are integers, exact), so the reference is the
-exact singular values of the very matrix the tests decompose.
+exact singular values of the very matrix the tests decompose. Columns: matrix (1 Hilbert,
+2 Vandermonde), n, index (descending order), value, scale. The scale is the largest singular
+value: a backward-stable SVD has every value within a few eps of it.
 
 Run: /usr/bin/python3 tests/tools/linalg_reference.py > tests/data/linalg_singular_values.csv
 """
@@ -21,14 +23,15 @@ def vandermonde(n):
 
 
 def singular_values(rows):
-    a = mpmath.matrix(rows)
-    s = mpmath.svd_r(a, compute_uv=False)
+    s = mpmath.svd_r(mpmath.matrix(rows), compute_uv=False)
     return sorted((s[k] for k in range(len(rows))), reverse=True)
 
 
 print("# Singular values (descending) of matrices built from double entries;")
 print("# mpmath %s svd_r at %d digits, printed to 20 significant digits." % (mpmath.__version__, mpmath.mp.dps))
-print("matrix,n,index,value")
-for name, make, n in (("hilbert", hilbert, 8), ("hilbert", hilbert, 12), ("vandermonde", vandermonde, 8)):
-    for k, s in enumerate(singular_values(make(n))):
-        print("%s,%d,%d,%s" % (name, n, k, mpmath.nstr(s, 20, min_fixed=1, max_fixed=0)))
+print("matrix,n,index,value,scale")
+for kind, make, n in ((1, hilbert, 8), (1, hilbert, 12), (2, vandermonde, 8)):
+    values = singular_values(make(n))
+    for k, s in enumerate(values):
+        print("%d,%d,%d,%s,%s" % (kind, n, k, mpmath.nstr(s, 20, min_fixed=1, max_fixed=0),
+                                  mpmath.nstr(values[0], 20, min_fixed=1, max_fixed=0)))
