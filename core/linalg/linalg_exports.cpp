@@ -66,6 +66,19 @@ double euclidean_norm(const double* x, std::size_t n) {
   return big * std::sqrt(s);
 }
 
+// Largest sum of magnitudes over `lines` lines of `len` entries each, entries `step` apart and
+// lines `stride` apart (columns or rows of a row-major matrix); -1.0 when there is no line.
+double largest_sum(const double* a, std::size_t lines, std::size_t stride, std::size_t len,
+                   std::size_t step) {
+  double best = -1.0;
+  for (std::size_t l = 0; l < lines; ++l) {
+    double s = 0.0;
+    for (std::size_t k = 0; k < len; ++k) s += std::fabs(a[l * stride + k * step]);
+    best = std::max(best, s);
+  }
+  return best;
+}
+
 template <class T>
 int transpose_as(int nRows, int nCols, void* pData) {
   NRMat<T> m(nRows, nCols, static_cast<T*>(pData));
@@ -222,15 +235,7 @@ double zomath_norm2(const double* pA, unsigned int nRows, unsigned int nCols, in
   }
   if (infinite) return HUGE_VAL;
   switch (nType) {
-    case 1: {
-      double best = -1.0;
-      for (std::size_t j = 0; j < cols; ++j) {
-        double s = 0.0;
-        for (std::size_t i = 0; i < rows; ++i) s += std::fabs(pA[i * cols + j]);
-        best = std::max(best, s);
-      }
-      return best;
-    }
+    case 1: return largest_sum(pA, cols, 1, rows, cols);
     case 2: {
       if (n == 0) return 0.0;
       if (rows > 0x7fffffff || cols > 0x7fffffff) return NANUM;
@@ -238,15 +243,7 @@ double zomath_norm2(const double* pA, unsigned int nRows, unsigned int nCols, in
       if (view(pA, static_cast<int>(rows), static_cast<int>(cols)).SVD(s) != 0) return NANUM;
       return s[0];
     }
-    case 3: {
-      double best = -1.0;
-      for (std::size_t i = 0; i < rows; ++i) {
-        double s = 0.0;
-        for (std::size_t j = 0; j < cols; ++j) s += std::fabs(pA[i * cols + j]);
-        best = std::max(best, s);
-      }
-      return best;
-    }
+    case 3: return largest_sum(pA, rows, cols, cols, 1);
     default: return euclidean_norm(pA, n);
   }
 }

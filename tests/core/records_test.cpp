@@ -16,10 +16,10 @@ const char* at(const Record& r, std::size_t offset) { return reinterpret_cast<co
 
 TEST(Records, RoundTripsAreWordForWordAndTheCommMovesItsDataArrays) {
   zomath_Comm comm, comm_back;
-  comm_struct vendor;
+  comm_struct routine;
   zomath_Spline spline, spline_back;
-  Nag_Spline vendor_spline;
-  for (void* p : {static_cast<void*>(&comm), static_cast<void*>(&comm_back), static_cast<void*>(&vendor)})
+  Nag_Spline routine_spline;
+  for (void* p : {static_cast<void*>(&comm), static_cast<void*>(&comm_back), static_cast<void*>(&routine)})
     std::memset(p, 0, sizeof comm);  // padding zeroed, so whole records compare
   std::memset(&spline, 0, sizeof spline);
   std::memset(&spline_back, 0, sizeof spline_back);
@@ -36,30 +36,30 @@ TEST(Records, RoundTripsAreWordForWordAndTheCommMovesItsDataArrays) {
   comm.pX = &d[4];
   comm.pY = &d[5];
 
-  ASSERT_EQ(copy_comm_to_nag(&comm, &vendor), 0);
-  // Mirror positions 21, 22 (offsets 112, 120) are vendor positions 17, 18 (80, 88); mirror
-  // 17 to 20 (80 to 104) are vendor 19 to 22 (96 to 120); the first 80 bytes agree.
+  ASSERT_EQ(copy_comm_to_nag(&comm, &routine), 0);
+  // Host-record positions 21, 22 (offsets 112, 120) hold comm_struct positions 17, 18 (80, 88);
+  // host 17 to 20 (80 to 104) hold comm_struct 19 to 22 (96 to 120); the first 80 bytes agree.
   const std::size_t moved[][3] = {{112, 80, 8}, {120, 88, 8}, {80, 96, 4}, {88, 104, 8},
                                   {96, 112, 8}, {104, 120, 4}, {0, 0, 80}};
-  for (const auto& m : moved) EXPECT_EQ(std::memcmp(at(comm, m[0]), at(vendor, m[1]), m[2]), 0) << m[0];
-  ASSERT_EQ(copy_comm_to_zomath(&comm_back, &vendor), 0);
+  for (const auto& m : moved) EXPECT_EQ(std::memcmp(at(comm, m[0]), at(routine, m[1]), m[2]), 0) << m[0];
+  ASSERT_EQ(copy_comm_to_zomath(&comm_back, &routine), 0);
   EXPECT_EQ(std::memcmp(&comm_back, &comm, sizeof comm), 0);
 
   spline.nKnots = 8;
   spline.pKnots = &d[6];
   spline.pCoef = &d[7];
   spline.nLastInterval = 3;
-  ASSERT_EQ(copy_spline_to_nag(&spline, &vendor_spline), 0);
-  EXPECT_TRUE(vendor_spline.pKnots == &d[6] && vendor_spline.pCoef == &d[7]);
-  ASSERT_EQ(copy_spline_to_zomath(&spline_back, &vendor_spline), 0);
+  ASSERT_EQ(copy_spline_to_nag(&spline, &routine_spline), 0);
+  EXPECT_TRUE(routine_spline.pKnots == &d[6] && routine_spline.pCoef == &d[7]);
+  ASSERT_EQ(copy_spline_to_zomath(&spline_back, &routine_spline), 0);
   EXPECT_EQ(std::memcmp(&spline_back, &spline, sizeof spline), 0);
 
-  const comm_struct before = vendor;
-  EXPECT_EQ(copy_comm_to_nag(nullptr, &vendor), ZOMATH_ERR_NULL_POINTER);
+  const comm_struct before = routine;
+  EXPECT_EQ(copy_comm_to_nag(nullptr, &routine), ZOMATH_ERR_NULL_POINTER);
   EXPECT_EQ(copy_comm_to_zomath(&comm, nullptr), ZOMATH_ERR_NULL_POINTER);
   EXPECT_EQ(copy_spline_to_nag(&spline, nullptr), ZOMATH_ERR_NULL_POINTER);
-  EXPECT_EQ(copy_spline_to_zomath(nullptr, &vendor_spline), ZOMATH_ERR_NULL_POINTER);
-  EXPECT_EQ(std::memcmp(&before, &vendor, sizeof vendor), 0);
+  EXPECT_EQ(copy_spline_to_zomath(nullptr, &routine_spline), ZOMATH_ERR_NULL_POINTER);
+  EXPECT_EQ(std::memcmp(&before, &routine, sizeof routine), 0);
 }
 
 TEST(Records, FreeReleasesEachArrayOnceAndClearsItsPointer) {
