@@ -2,6 +2,7 @@
 #include "zomath/sort.h"
 
 #include <cstdint>
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <type_traits>
@@ -201,6 +202,58 @@ void theMergeSort(void* pData, int nFirst, int nLast, int nItemBytes, void* pCom
 // ---------------------------------------------------------------------------------------------
 // Sorter classes
 
+namespace {
+
+// Packing the work block (main item, companion item) and unpacking it. The loops are
+// instantiated for the usual item sizes so that each copy is a register move; 0 stands for a
+// size known only at run time.
+struct RecordBlock {
+  unsigned char* work;
+  unsigned char* main;
+  unsigned char* comp;
+  std::size_t first, count, compSize, mainBytes, compBytes;
+  bool keepMain;
+};
+
+template <std::size_t M, std::size_t C>
+void transfer(const RecordBlock& b, bool toWork) {
+  const std::size_t m = M ? M : b.mainBytes, c = C ? C : b.compBytes, total = m + c;
+  for (std::size_t k = 0; k < b.count; ++k) {
+    const std::size_t i = b.first + k;
+    unsigned char* rec = b.work + k * total;
+    if (toWork) {
+      std::memcpy(rec, b.main + i * m, m);
+      if (i < b.compSize) std::memcpy(rec + m, b.comp + i * c, c);
+    } else {
+      if (!b.keepMain) std::memcpy(b.main + i * m, rec, m);
+      if (i < b.compSize) std::memcpy(b.comp + i * c, rec + m, c);
+    }
+  }
+}
+
+using Transfer = void (*)(const RecordBlock&, bool);
+
+template <std::size_t M>
+Transfer transfer_for_companion(std::size_t c) {
+  switch (c) {
+    case 2: return transfer<M, 2>;
+    case 4: return transfer<M, 4>;
+    case 8: return transfer<M, 8>;
+    default: return transfer<M, 0>;
+  }
+}
+
+Transfer transfer_for(std::size_t m, std::size_t c) {
+  switch (m) {
+    case 2: return transfer_for_companion<2>(c);
+    case 4: return transfer_for_companion<4>(c);
+    case 8: return transfer_for_companion<8>(c);
+    default: return transfer_for_companion<0>(c);
+  }
+}
+
+}  // namespace
+
 CZSortBase::CZSortBase(void* pMain, int nMainSize, int nMainItemBytes)
     : CZSortBase(pMain, nMainSize, nMainItemBytes, nullptr, 0, 0) {}
 
@@ -233,41 +286,28 @@ int CZSortBase::Sort(int nFirst, int nLast, void* pCompare, bool bKeepMain) {
   if (nFirst > nLast) return 0;
 
   const std::size_t mainBytes = static_cast<std::size_t>(m_nMainItemBytes);
-  const std::size_t compBytes = static_cast<std::size_t>(m_nCompanionItemBytes);
-  const std::size_t total = static_cast<std::size_t>(m_nTotalItemBytes);
   const std::size_t count = static_cast<std::size_t>(nLast - nFirst) + 1;
   unsigned char* main = static_cast<unsigned char*>(m_pMain);
-  unsigned char* comp = static_cast<unsigned char*>(m_pCompanion);
 
   if (!m_pCompanion) {
     m_pWork = main + static_cast<std::size_t>(nFirst) * mainBytes;
+    AlgorithmSpecificSort(m_pWork, 0, nLast - nFirst, m_nTotalItemBytes, pCompare);
   } else {
     // Records of (main item, companion item). Positions beyond the companion carry zeros.
-    unsigned char* work = static_cast<unsigned char*>(std::calloc(count, total));
-    if (!work) {
+    m_pWork = std::calloc(count, static_cast<std::size_t>(m_nTotalItemBytes));
+    if (!m_pWork) {
       m_bError = true;
       return 0;
     }
-    for (std::size_t k = 0; k < count; ++k) {
-      const std::size_t i = static_cast<std::size_t>(nFirst) + k;
-      std::memcpy(work + k * total, main + i * mainBytes, mainBytes);
-      if (i < static_cast<std::size_t>(m_nCompanionSize))
-        std::memcpy(work + k * total + mainBytes, comp + i * compBytes, compBytes);
-    }
-    m_pWork = work;
     m_bCombined = true;
-  }
-
-  AlgorithmSpecificSort(m_pWork, 0, nLast - nFirst, m_nTotalItemBytes, pCompare);
-
-  if (m_bCombined) {
-    const unsigned char* work = static_cast<const unsigned char*>(m_pWork);
-    for (std::size_t k = 0; k < count; ++k) {
-      const std::size_t i = static_cast<std::size_t>(nFirst) + k;
-      if (!bKeepMain) std::memcpy(main + i * mainBytes, work + k * total, mainBytes);
-      if (i < static_cast<std::size_t>(m_nCompanionSize))
-        std::memcpy(comp + i * compBytes, work + k * total + mainBytes, compBytes);
-    }
+    const RecordBlock block{static_cast<unsigned char*>(m_pWork), main,
+                            static_cast<unsigned char*>(m_pCompanion), static_cast<std::size_t>(nFirst),
+                            count, static_cast<std::size_t>(std::max(m_nCompanionSize, 0)), mainBytes,
+                            static_cast<std::size_t>(m_nCompanionItemBytes), bKeepMain};
+    const Transfer move = transfer_for(block.mainBytes, block.compBytes);
+    move(block, true);
+    AlgorithmSpecificSort(m_pWork, 0, nLast - nFirst, m_nTotalItemBytes, pCompare);
+    move(block, false);
     std::free(m_pWork);
     m_bCombined = false;
   }
