@@ -213,7 +213,7 @@ bool stretch(T* p, std::ptrdiff_t n, double fromLow, double fromHigh, double toL
              const T* pKeep) {
   const double span = fromHigh - fromLow;
   if (span == 0.0 || !std::isfinite(span)) return false;
-  const double scale = (toHigh - toLow) / span;
+  const double reach = toHigh - toLow;
   with_missing(pKeep, [&](auto isKept) {
     for (std::ptrdiff_t i = 0; i < n; ++i) {
       const T x = p[i];
@@ -225,7 +225,7 @@ bool stretch(T* p, std::ptrdiff_t n, double fromLow, double fromHigh, double toL
       } else if (v > fromHigh) {
         y = toHigh;
       } else {
-        y = toLow + 0.5 + scale * (v - fromLow);
+        y = toLow + 0.5 + reach * (v - fromLow) / span;
       }
       if constexpr (std::is_integral_v<T>) {
         y = std::trunc(y);

@@ -1,4 +1,6 @@
 // Exports of the sum, mean_variance and cumulative_sum families.
+#include <cfloat>
+#include <cmath>
 #include <cstddef>
 
 #include "core/kernels.h"
@@ -17,6 +19,9 @@ double sum(const T* pData, int nSize, const T* pMissing, T* pMin, T* pMax, int* 
   if (pnIndexMin) *pnIndexMin = static_cast<int>(r.ext.iMin);
   if (pnIndexMax) *pnIndexMax = static_cast<int>(r.ext.iMax);
   if (pnValid) *pnValid = static_cast<int>(r.valid);
+  // A total beyond the double range becomes an infinity of its sign.
+  if (r.sum > DBL_MAX) return HUGE_VAL;
+  if (r.sum < -DBL_MAX) return -HUGE_VAL;
   return static_cast<double>(r.sum);
 }
 
