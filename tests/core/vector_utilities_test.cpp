@@ -220,47 +220,30 @@ TEST(RoundWithTolerance, ClassCentresSorted) {
 TEST(FrequencyTable, BoundaryValuesGoToTheClassAbove) {
   using namespace zomath::platform;
   const double data[] = {-5, 0, 0.5, 1, 1, 2, 7, kNaN};
-  const double bounds[] = {0, 1, 2};
+  const double bounds[] = {0, 1, 2}, flat[] = {0, 0, 1};
   int counts[4];
-  double lo, hi;
   NagError err;
-  ASSERT_EQ(frequency_table(data, 8, 4, bounds, counts, &lo, &hi, err), 0);
-  const int want[] = {1, 2, 2, 2};
-  for (int k = 0; k < 4; ++k) EXPECT_EQ(counts[k], want[k]) << k;
-  EXPECT_EQ(lo, -5);
-  EXPECT_EQ(hi, 7);
-  const double flat[] = {0, 0, 1};
+  ASSERT_EQ(frequency_table(data, 8, 4, bounds, counts, nullptr, nullptr, err), 0);
+  EXPECT_EQ(std::vector<int>(counts, counts + 4), (std::vector<int>{1, 2, 2, 2}));  // NaN: none
   EXPECT_EQ(frequency_table(data, 8, 4, flat, counts, nullptr, nullptr, err), kFrequencyNotIncreasing);
-  EXPECT_EQ(err.code, kFrequencyNotIncreasing);
   EXPECT_EQ(frequency_table(data, 8, 1, bounds, counts, nullptr, nullptr, err), kFrequencyTooFewClasses);
-  EXPECT_EQ(frequency_table(data, 0, 4, bounds, counts, nullptr, nullptr, err), kFrequencyTooFewData);
 }
 
 TEST(SmallUtilities, InsideRangeInfinityAndSpacing) {
-  struct Inside {
-    double x, a, b;
-    int inclusive, want;
-  };
-  const Inside inside[] = {{1, 0, 2, 0, 1}, {1, 2, 0, 0, 1}, {2, 0, 2, 0, 0}, {2, 2, 0, 1, 1},
-                           {3, 0, 2, 1, 0}, {kNaN, 0, 2, 1, 0}};
-  for (const Inside& c : inside) EXPECT_EQ(zomath_is_inside_range(c.x, c.a, c.b, c.inclusive), c.want);
-
+  EXPECT_TRUE(zomath_is_inside_range(1, 2, 0, 0));  // either order
+  EXPECT_FALSE(zomath_is_inside_range(2, 0, 2, 0));
+  EXPECT_TRUE(zomath_is_inside_range(2, 0, 2, 1));
   const double d[] = {1, INFINITY, -INFINITY, DBL_MAX, kNaN};
   int flags[5];
   EXPECT_EQ(zomath_check_infinity(d, 5, flags, 5), 2);
-  const int wantFlags[] = {0, 1, 1, 0, 0};
-  for (int k = 0; k < 5; ++k) EXPECT_EQ(flags[k], wantFlags[k]);
+  EXPECT_EQ(std::vector<int>(flags, flags + 5), (std::vector<int>{0, 1, 1, 0, 0}));
   EXPECT_EQ(zomath_check_infinity(d, 5, flags, 4), 0);
-  EXPECT_EQ(zomath_check_infinity(nullptr, 5, flags, 5), 0);
-
-  // Each term from its index: ten steps of 0.1 land on 1.0 exactly, as 10 * 0.1 does (a
-  // running sum would give 0.9999999999999999).
+  // Each term from its index: ten steps of 0.1 land on 1.0, where a running sum gives
+  // 0.9999999999999999.
   double spaced[11];
   ASSERT_EQ(zomath_create_equal_spaced_vec(spaced, 11, 0, 0.1), 0);
   EXPECT_EQ(spaced[10], 1.0);
-  EXPECT_EQ(zomath_create_equal_spaced_vec(spaced, 0, 0, 1), ZOMATH_ERR_BAD_ARGUMENT);
   EXPECT_EQ(zomath_create_equal_spaced_vec(spaced, 3, NANUM, 1), ZOMATH_ERR_BAD_ARGUMENT);
-  EXPECT_EQ(zomath_create_equal_spaced_vec(spaced, 3, 0, kNaN), ZOMATH_ERR_BAD_ARGUMENT);
 }
 
 TEST(SplitVector, RunsOfOtherValues) {
@@ -362,39 +345,29 @@ TEST(Factorial, AgainstExactIntegers) {
   EXPECT_EQ(zomath_fac(100000), INFINITY);
 }
 
-// Each export fed null pointers, empty and negative sizes and non-numbers answers with its code
-// or an empty result; the sanitizer build shows that none reads or writes out of bounds.
+// Null pointers, empty and negative sizes, NaN and infinities give a code or an empty
+// result; the sanitizer build shows that nothing reads or writes out of bounds.
 TEST(BadInput, NeverCrashes) {
   double d[4] = {NANUM, kNaN, INFINITY, -INFINITY};
-  unsigned idx[2];
-  int flags[4];
-  unsigned counts[3];
-  EXPECT_EQ(zomath_d_minmax(nullptr, 0, 3, idx, idx + 1), 0);
+  unsigned idx[2], counts[3];
   EXPECT_EQ(zomath_d_minmax(d, 0, 3, idx, idx + 1), 1);
   EXPECT_EQ(idx[0], 3u);  // -infinity is a number; NaN never is
-  EXPECT_EQ(zomath_d_sum(d, -4, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
   EXPECT_TRUE(std::isnan(zomath_d_sum(d, 4, nullptr, nullptr, nullptr, nullptr, nullptr)));
+  EXPECT_EQ(zomath_d_sum(d, -4, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
   EXPECT_EQ(zomath_d_mean_variance(nullptr, 4, nullptr, nullptr), NANUM);
-  EXPECT_EQ(zomath_d_mean_variance(d, -1, nullptr, nullptr), NANUM);
   EXPECT_EQ(zomath_d_cumulative_sum(nullptr, 0, 4, d, nullptr), 0);
   EXPECT_EQ(zomath_d_frequency_count(d, 4, counts, 3, kNaN, 1), -1);
-  EXPECT_EQ(zomath_d_stretch(d, -2, 0, 1, 0, 1), 0);
   EXPECT_EQ(zomath_d_stretch(d, 4, 0, kNaN, 0, 1), -3);
+  EXPECT_EQ(zomath_d_stretch(nullptr, 4, 0, 1, 0, 1), -3);
   zomath_d_copy(2, nullptr, d, d, 4);
-  EXPECT_EQ(zomath_d_get_vector_inc(4, nullptr, 0, nullptr, nullptr, nullptr), 0);
   EXPECT_EQ(zomath_d_get_vector_inc(4, d, 0, nullptr, nullptr, nullptr), 0);
   EXPECT_EQ(zomath_d_find_most(d, 4, 3, nullptr), NANUM);  // infinite range
-  EXPECT_EQ(zomath_d_find_most(nullptr, 4, 3, nullptr), NANUM);
   EXPECT_EQ(zomath_us_find_most(nullptr, 4, 3, nullptr), -1);
-  EXPECT_EQ(zomath_check_infinity(d, -1, flags, -1), 0);
   EXPECT_EQ(zomath_split_vector_by_value(0, d, 0, idx), 0);
-  double median;
-  EXPECT_EQ(zomath_get_median_in_vector(-3, d, &median), ZOMATH_ERR_BAD_ARGUMENT);
-  EXPECT_EQ(zomath_find_nearest_index(d, -1, 0, nullptr, nullptr, nullptr), ZOMATH_ERR_BAD_ARGUMENT);
   int lower, upper, nearest;
   EXPECT_EQ(zomath_find_nearest_index(d, 4, kNaN, &lower, &upper, &nearest), -1);
+  EXPECT_EQ(zomath_find_nearest_index(nullptr, 3, 0, nullptr, nullptr, nullptr), -18);
   EXPECT_EQ(zomath_replace_data_in_vector(-1, d, 0, 0, 1), ZOMATH_ERR_BAD_ARGUMENT);
-  EXPECT_EQ(zomath_count(0, 4, d, -1), -1);
 }
 
 }  // namespace
