@@ -248,8 +248,8 @@ ZOMATH_API int zomath_round_range(double* pMin, double* pMax, double* pInc, int 
  * minimum (zomath_round_range with dTolerance as increment, unrounded), each value counted into
  * its class and written back as the class's centre, so the array comes back sorted. -11 for a
  * null pData, -15 for nSize < 1, -18 (nothing changed) for a tolerance that isn't a positive
- * finite number, data holding NaN or infinities, or more than 2^24 classes; -166 when memory
- * fails. */
+ * finite number, data holding NaN or infinities, more than 2^24 classes, or class edges too
+ * close to tell apart at the data's magnitude; -166 when memory fails. */
 ZOMATH_API int zomath_round_with_tolerance(int nSize, double* pData, double dTolerance);
 
 /* True (1) when x lies strictly between a and b (either order), or bInclusive is not 0 and x
