@@ -337,10 +337,11 @@ int NRVec<T>::GetMedian(double* pMedian) const {
   } else {
     if (!IsValid() || !pMedian) return ZOMATH_ERR_BAD_ARGUMENT;
     NRVec<double> work(nn);
-    for (int i = 0; i < nn; ++i) work[i] = static_cast<double>(v[i]);
-    if (!work.Sort(true)) return ZOMATH_ERR_SORT_FAILED;
-    const int h = nn / 2;
-    *pMedian = (nn % 2) ? work[h] : 0.5 * (work[h - 1] + work[h]);
+    for (int i = 0; i < nn; ++i) {
+      work[i] = static_cast<double>(v[i]);
+      if (work[i] != work[i]) return ZOMATH_ERR_BAD_ARGUMENT;  // NaN has no place in an order
+    }
+    *pMedian = kernels::median_by_selection(work.Data(), static_cast<std::size_t>(nn));
     return ZOMATH_OK;
   }
 }
@@ -432,17 +433,15 @@ int NRVec<T>::FindEqualSegments(NRVec<int>& vnStarts, NRVec<int>& vnEnds, int nM
 template <class T>
 int NRVec<T>::FrequencyCount(NRVec<unsigned int>& vnCounts, unsigned int nBins, double dStart,
                              double dInc) const {
-  if (!kOrdered || dInc == 0.0 || !std::isfinite(dStart) || !std::isfinite(dInc)) return -1;
-  if (nBins > static_cast<unsigned int>(std::numeric_limits<int>::max())) return -1;
-  vnCounts.SetSize(static_cast<int>(nBins));
-  vnCounts = 0u;
-  if constexpr (kOrdered) {
-    for (int i = 0; i < nn && v; ++i) {
-      const int k = platform::nice_bin_index(static_cast<double>(v[i]), dStart, dInc);
-      if (k >= 0 && static_cast<unsigned int>(k) < nBins) ++vnCounts[k];
-    }
+  if constexpr (!kOrdered) {
+    (void)vnCounts, (void)nBins, (void)dStart, (void)dInc;
+    return -1;
+  } else {
+    if (dInc == 0.0 || !std::isfinite(dStart) || !std::isfinite(dInc)) return -1;
+    if (nBins > static_cast<unsigned int>(std::numeric_limits<int>::max())) return -1;
+    vnCounts.SetSize(static_cast<int>(nBins));
+    return kernels::frequency_count(v, v ? nn : 0, vnCounts.Data(), nBins, dStart, dInc);
   }
-  return 0;
 }
 
 template <class T>

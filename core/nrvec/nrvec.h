@@ -101,8 +101,8 @@ public:
   static void* CompareFuncAscend();
   static void* CompareFuncDescend();
 
-  // As zomath_get_median_in_vector: 0, -18 for an invalid vector or unordered type, -65 when
-  // the sort fails. NANUM is not removed.
+  // As zomath_get_median_in_vector: 0, or -18 for an invalid vector, an unordered type or data
+  // holding NaN. NANUM is not removed. Throws ZOMATH_ERROR when the working copy can't be had.
   int GetMedian(double* pMedian) const;
 
   // Element k becomes old element vnPermutation[k]. False unless both are valid, of equal size,

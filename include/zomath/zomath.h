@@ -4,6 +4,7 @@
 
 #include "zomath/core.h"
 #include "zomath/sort.h"
+#include "zomath/vector.h"
 #include "zomath/linalg.h"
 #include "zomath/records.h"
 #include "zomath/scalar.h"
