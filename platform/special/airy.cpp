@@ -77,6 +77,7 @@ double checked(double value, NagError& err) {
 }  // namespace
 
 double airy_ai(double x) {
+  if (std::isnan(x)) return x;
   if (std::isinf(x) || x < -1e200) return 0.0;
   if (x < kAsymptoticBelow) {
     double a, b;
@@ -88,6 +89,7 @@ double airy_ai(double x) {
 }
 
 double airy_bi(double x, NagError& err) {
+  if (std::isnan(x)) return x;
   if (x < -1e200) return 0.0;
   if (x < kAsymptoticBelow) {
     double a, b;
@@ -100,6 +102,7 @@ double airy_bi(double x, NagError& err) {
 }
 
 double airy_ai_deriv(double x, NagError& err) {
+  if (std::isnan(x)) return x;
   if (x < -1e200) return err.fail(kAiryNoLimit, "no limit at -infinity"), 0.0;
   if (x == INFINITY) return 0.0;
   if (x < kAsymptoticBelow) {
@@ -111,6 +114,7 @@ double airy_ai_deriv(double x, NagError& err) {
 }
 
 double airy_bi_deriv(double x, NagError& err) {
+  if (std::isnan(x)) return x;
   if (x < -1e200) return err.fail(kAiryNoLimit, "no limit at -infinity"), 0.0;
   if (x < kAsymptoticBelow) {
     double a, b;

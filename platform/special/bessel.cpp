@@ -76,42 +76,52 @@ bool order_out_of_range(int nu, NagError& err) {
 }  // namespace
 
 double bessel_j0(double x) {
+  if (std::isnan(x)) return x;
   if (std::isinf(x)) return 0.0;
   return bm::cyl_bessel_j(0, x, QuietPolicy());
 }
 
 double bessel_j1(double x) {
+  if (std::isnan(x)) return x;
   if (std::isinf(x)) return 0.0;
   return bm::cyl_bessel_j(1, x, QuietPolicy());
 }
 
 double bessel_y0(double x, NagError& err) {
+  if (std::isnan(x)) return x;
   if (x <= 0) return fail_not_positive(err);
   if (std::isinf(x)) return 0.0;
   return checked(bm::cyl_neumann(0, x, QuietPolicy()), err);
 }
 
 double bessel_y1(double x, NagError& err) {
+  if (std::isnan(x)) return x;
   if (x <= 0) return fail_not_positive(err);
   if (std::isinf(x)) return 0.0;
   return checked(bm::cyl_neumann(1, x, QuietPolicy()), err);
 }
 
 double bessel_i0(double x, NagError& err) {
+  if (std::isnan(x)) return x;
+  if (std::isinf(x)) return checked(HUGE_VAL, err);
   return checked(bm::cyl_bessel_i(0, x, QuietPolicy()), err);
 }
 
 double bessel_i1(double x, NagError& err) {
+  if (std::isnan(x)) return x;
+  if (std::isinf(x)) return checked(x, err);
   return checked(bm::cyl_bessel_i(1, x, QuietPolicy()), err);
 }
 
 double bessel_k0(double x, NagError& err) {
+  if (std::isnan(x)) return x;
   if (x <= 0) return fail_not_positive(err);
   if (std::isinf(x)) return 0.0;
   return checked(bm::cyl_bessel_k(0, x, QuietPolicy()), err);
 }
 
 double bessel_k1(double x, NagError& err) {
+  if (std::isnan(x)) return x;
   if (x <= 0) return fail_not_positive(err);
   if (std::isinf(x)) return 0.0;
   return checked(bm::cyl_bessel_k(1, x, QuietPolicy()), err);
@@ -140,8 +150,10 @@ double bessel_k1_scaled(double x, NagError& err) {
 }
 
 double bessel_i_nu(double x, int nu, NagError& err) {
+  if (std::isnan(x)) return x;
   if (order_out_of_range(nu, err)) return 0.0;
   if (nu == 0) return bessel_i0(x, err);
+  if (x == INFINITY) return checked(x, err);
   if (x < 0) return err.fail(kBesselArgNegative, "x must not be negative"), 0.0;
   if (x == 0) {
     if (nu > 0) return 0.0;
@@ -163,6 +175,7 @@ double bessel_i_nu_scaled(double x, int nu, NagError& err) {
 }
 
 double bessel_k_nu(double x, int nu, NagError& err) {
+  if (std::isnan(x)) return x;
   if (order_out_of_range(nu, err)) return 0.0;
   if (x <= 0) return fail_not_positive(err);
   if (std::isinf(x)) return 0.0;
