@@ -102,9 +102,28 @@ double own_k_nu(double x, int n, bool scaled) {
   return finite_or_nanum(scaled ? k_v : sp::scale_by_exp(k_v, -x));
 }
 
-sp::AiryValues own_airy(double x, bool& ok) {
-  ok = usable(x);
-  return ok ? sp::airy_all(x) : sp::AiryValues{};
+// One of the four Airy values at x.
+double own_airy(double x, double sp::AiryValues::*which) {
+  if (!usable(x)) return NANUM;
+  return finite_or_nanum(sp::airy_all(x).*which);
+}
+
+// Past |x| = 1100 ber and bei have overflowed and ker, kei underflowed to 0.
+constexpr double kKelvinBeyond = 1100.0;
+
+// ber, bei (first kind, at |x|) or ker, kei (x > 0); `real` picks ber or ker.
+double own_kelvin(double x, bool first_kind, bool real) {
+  if (!usable(x)) return NANUM;
+  double re, im;
+  if (first_kind) {
+    if (!(std::fabs(x) < kKelvinBeyond)) return NANUM;
+    sp::kelvin_ber_bei(std::fabs(x), re, im);
+  } else {
+    if (!(x > 0)) return NANUM;
+    if (x >= kKelvinBeyond) return 0.0;
+    sp::kelvin_ker_kei(x, re, im);
+  }
+  return finite_or_nanum(real ? re : im);
 }
 
 }  // namespace
@@ -165,55 +184,13 @@ double zomath_bessel_i_nu_scaled(double x, int n) { return own_i_nu(x, n, true);
 double zomath_bessel_k_nu(double x, int n) { return own_k_nu(x, n, false); }
 double zomath_bessel_k_nu_scaled(double x, int n) { return own_k_nu(x, n, true); }
 
-double zomath_airy_ai(double x) {
-  bool ok;
-  const sp::AiryValues v = own_airy(x, ok);
-  return ok ? finite_or_nanum(v.ai) : NANUM;
-}
-double zomath_airy_bi(double x) {
-  bool ok;
-  const sp::AiryValues v = own_airy(x, ok);
-  return ok ? finite_or_nanum(v.bi) : NANUM;
-}
-double zomath_airy_ai_deriv(double x) {
-  bool ok;
-  const sp::AiryValues v = own_airy(x, ok);
-  return ok ? finite_or_nanum(v.ai_deriv) : NANUM;
-}
-double zomath_airy_bi_deriv(double x) {
-  bool ok;
-  const sp::AiryValues v = own_airy(x, ok);
-  return ok ? finite_or_nanum(v.bi_deriv) : NANUM;
-}
-
-// Past |x| = 1100 ber and bei have overflowed and ker, kei underflowed to 0.
-constexpr double kKelvinBeyond = 1100.0;
-
-double zomath_kelvin_ber(double x) {
-  if (!usable(x) || !(std::fabs(x) < kKelvinBeyond)) return NANUM;
-  double ber, bei;
-  sp::kelvin_ber_bei(std::fabs(x), ber, bei);
-  return finite_or_nanum(ber);
-}
-double zomath_kelvin_bei(double x) {
-  if (!usable(x) || !(std::fabs(x) < kKelvinBeyond)) return NANUM;
-  double ber, bei;
-  sp::kelvin_ber_bei(std::fabs(x), ber, bei);
-  return finite_or_nanum(bei);
-}
-double zomath_kelvin_ker(double x) {
-  if (!usable(x) || !(x > 0)) return NANUM;
-  if (x >= kKelvinBeyond) return 0.0;
-  double ker, kei;
-  sp::kelvin_ker_kei(x, ker, kei);
-  return finite_or_nanum(ker);
-}
-double zomath_kelvin_kei(double x) {
-  if (!usable(x) || !(x > 0)) return NANUM;
-  if (x >= kKelvinBeyond) return 0.0;
-  double ker, kei;
-  sp::kelvin_ker_kei(x, ker, kei);
-  return finite_or_nanum(kei);
-}
+double zomath_airy_ai(double x) { return own_airy(x, &sp::AiryValues::ai); }
+double zomath_airy_bi(double x) { return own_airy(x, &sp::AiryValues::bi); }
+double zomath_airy_ai_deriv(double x) { return own_airy(x, &sp::AiryValues::ai_deriv); }
+double zomath_airy_bi_deriv(double x) { return own_airy(x, &sp::AiryValues::bi_deriv); }
+double zomath_kelvin_ber(double x) { return own_kelvin(x, true, true); }
+double zomath_kelvin_bei(double x) { return own_kelvin(x, true, false); }
+double zomath_kelvin_ker(double x) { return own_kelvin(x, false, true); }
+double zomath_kelvin_kei(double x) { return own_kelvin(x, false, false); }
 
 }  // extern "C"

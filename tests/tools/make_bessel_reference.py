@@ -177,7 +177,7 @@ def k_scaled_args(order):
 
 
 def airy_args(zero_fn, positive_end):
-    neg = [-x for x in logspace(0.01, 1e9, 120)] + linspace(-30.0, 0.0, 121)
+    neg = [-x for x in logspace(0.01, 1e12, 130)] + linspace(-30.0, 0.0, 121)
     neg += zeros_near(zero_fn, 10) + [nearest(zero_fn(k)) for k in (100, 10000, 1000000)]
     pos = [5e-324, 1e-300, 1e-20, 1e-10, 1e-5, 1e-3] + linspace(0.0, 30.0, 61)
     pos += logspace(30.0, positive_end, 25) + around(positive_end, (1, 3))
