@@ -11,8 +11,10 @@ namespace {
 
 constexpr double kEps = 1e-17;
 constexpr double kPi = 3.141592653589793;
-constexpr double kEulerGamma = 0.5772156649015329;
-constexpr double kLn2 = 0.6931471805599453;
+using Real = long double;
+constexpr Real kPiL = 3.141592653589793238462643383279502884L;
+constexpr Real kLn2L = 0.693147180559945309417232121458176568L;
+constexpr Real kEulerGammaL = 0.577215664901532860606512090082402431L;
 constexpr double kSeriesToI = 20.0;    // power series for I0, I1 up to here
 constexpr double kSeriesToK = 2.0;     // series for K (and CF1 + Wronskian for I) up to here
 constexpr double kHankelFrom = 25.0;   // general orders: Hankel's expansion from here
@@ -35,25 +37,25 @@ double hankel_scaled(double v, double x, int sign) {
 }
 
 // Taylor coefficients of 1/Gamma(1 + z) about 0 (Abramowitz & Stegun 6.1.34, extended to 20
-// digits), enough for |z| <= 1/2 to the rounding level.
-constexpr double kRecipGamma[] = {
-    1.0, 0.57721566490153286061, -0.65587807152025388108, -0.042002635034095235529,
-    0.1665386113822914895, -0.042197734555544336748, -0.0096219715278769735621,
-    0.0072189432466630995424, -0.0011651675918590651121, -0.00021524167411495097282,
-    0.00012805028238811618615, -0.000020134854780788238656, -1.2504934821426706573e-6,
-    1.1330272319816958824e-6, -2.0563384169776071035e-7, 6.1160951044814158179e-9,
-    5.0020076444692229301e-9, -1.1812745704870201446e-9, 1.0434267116911005105e-10,
-    7.782263439905071254e-12, -3.6968056186422057082e-12, 5.100370287454475979e-13,
-    -2.0583260535665067832e-14, -5.3481225394230179824e-15, 1.2267786282382607902e-15,
-    -1.1812593016974587695e-16, 1.1866922547516003326e-18, 1.4123806553180317816e-18};
+// digits), enough for |z| <= 1/2 to the rounding level of long double.
+constexpr Real kRecipGamma[] = {
+    1.0L, 0.57721566490153286061L, -0.65587807152025388108L, -0.042002635034095235529L,
+    0.1665386113822914895L, -0.042197734555544336748L, -0.0096219715278769735621L,
+    0.0072189432466630995424L, -0.0011651675918590651121L, -0.00021524167411495097282L,
+    0.00012805028238811618615L, -0.000020134854780788238656L, -1.2504934821426706573e-6L,
+    1.1330272319816958824e-6L, -2.0563384169776071035e-7L, 6.1160951044814158179e-9L,
+    5.0020076444692229301e-9L, -1.1812745704870201446e-9L, 1.0434267116911005105e-10L,
+    7.782263439905071254e-12L, -3.6968056186422057082e-12L, 5.100370287454475979e-13L,
+    -2.0583260535665067832e-14L, -5.3481225394230179824e-15L, 1.2267786282382607902e-15L,
+    -1.1812593016974587695e-16L, 1.1866922547516003326e-18L, 1.4123806553180317816e-18L};
 
 // Temme's auxiliary functions of mu: 1/Gamma(1 + mu), 1/Gamma(1 - mu),
 // gam1 = (1/Gamma(1 - mu) - 1/Gamma(1 + mu)) / (2 mu), gam2 = (1/Gamma(1 - mu) + 1/Gamma(1 + mu)) / 2,
 // from the even and odd parts of the Taylor series, so that gam1 has no cancellation at mu = 0.
-void temme_gammas(double mu, double& gplus, double& gminus, double& gam1, double& gam2) {
+void temme_gammas(Real mu, Real& gplus, Real& gminus, Real& gam1, Real& gam2) {
   const int n = sizeof(kRecipGamma) / sizeof(kRecipGamma[0]);
-  double even = 0.0, odd = 0.0;
-  const double mu2 = mu * mu;
+  Real even = 0.0L, odd = 0.0L;
+  const Real mu2 = mu * mu;
   for (int k = (n - 1) & ~1; k >= 0; k -= 2) even = even * mu2 + kRecipGamma[k];
   for (int k = ((n - 1) & 1) ? n - 1 : n - 2; k >= 1; k -= 2) odd = odd * mu2 + kRecipGamma[k];
   // 1/Gamma(1 + mu) = even + mu * odd, 1/Gamma(1 - mu) = even - mu * odd.
@@ -64,49 +66,49 @@ void temme_gammas(double mu, double& gplus, double& gminus, double& gam1, double
 }
 
 // K_mu and x K_{mu+1} for 0 < x <= 2 by Temme's series (unscaled; x K_{mu+1} stays finite
-// where K_{mu+1} alone overflows).
-void temme_k(double mu, double x, double& kmu, double& xkmu1) {
-  double gplus, gminus, gam1, gam2;
+// where K_{mu+1} alone overflows). The sums cancel to about a tenth of their terms near x = 2,
+// so they run in long double.
+void temme_k(double mu_in, double x_in, double& kmu, double& xkmu1) {
+  const Real mu = mu_in, x = x_in;
+  Real gplus, gminus, gam1, gam2;
   temme_gammas(mu, gplus, gminus, gam1, gam2);
-  const double x2 = 0.5 * x;
-  const double pimu = kPi * mu;
-  const double fact = std::fabs(pimu) < 1e-300 ? 1.0 : pimu / std::sin(pimu);
-  const double d = kLn2 - std::log(x);  // -ln(x/2), with x/2 possibly below the smallest double
-  const double e = mu * d;
+  const Real x2 = 0.5L * x;
+  const Real pimu = kPiL * mu;
+  const Real fact = pimu == 0.0L ? 1.0L : pimu / sinl(pimu);
+  const Real d = kLn2L - logl(x);  // -ln(x/2), with x/2 possibly below the smallest double
+  const Real e = mu * d;
   // (x/2)^-mu = exp(e). Where |e| is large the rounding of d would be magnified, so the power
   // is formed by pow, and cosh, sinh from it.
-  double ee, cosh_e, sinh_e_over_e;
-  if (std::fabs(e) > 1.0) {
-    ee = std::pow(x, -mu) * std::pow(2.0, mu);
-    cosh_e = 0.5 * (ee + 1.0 / ee);
-    sinh_e_over_e = 0.5 * (ee - 1.0 / ee) / e;
+  Real ee, cosh_e, sinh_term;  // sinh_term = sinh(e) / e * d = sinh(e) / mu
+  if (fabsl(e) > 1.0L) {
+    ee = powl(x, -mu) * powl(2.0L, mu);
+    cosh_e = 0.5L * (ee + 1.0L / ee);
+    sinh_term = 0.5L * (ee - 1.0L / ee) / mu;
   } else {
-    ee = std::exp(e);
-    cosh_e = std::cosh(e);
-    sinh_e_over_e = e == 0.0 ? 1.0 : std::sinh(e) / e;
+    ee = expl(e);
+    cosh_e = coshl(e);
+    sinh_term = e == 0.0L ? d : sinhl(e) / e * d;
   }
-  // gam2 sinh(e)/e d = gam2 sinh(e) / mu: written with d only where e is small.
-  const double sinh_term = std::fabs(e) > 1.0 ? sinh_e_over_e * e / mu : sinh_e_over_e * d;
-  double ff = fact * (gam1 * cosh_e + gam2 * sinh_term);
-  double sum = ff;
-  double p = 0.5 * ee / gplus;    // (x/2)^-mu Gamma(1 + mu) / 2
-  double q = 0.5 / (ee * gminus);  // (x/2)^mu Gamma(1 - mu) / 2
-  double c = 1.0;
-  const double dq = x2 * x2;
-  double sum1 = p;
-  const double mu2 = mu * mu;
+  Real ff = fact * (gam1 * cosh_e + gam2 * sinh_term);
+  Real sum = ff;
+  Real p = 0.5L * ee / gplus;    // (x/2)^-mu Gamma(1 + mu) / 2
+  Real q = 0.5L / (ee * gminus);  // (x/2)^mu Gamma(1 - mu) / 2
+  Real c = 1.0L;
+  const Real dq = x2 * x2;
+  Real sum1 = p;
+  const Real mu2 = mu * mu;
   for (int i = 1; i < kMaxIterations; ++i) {
-    ff = (i * ff + p + q) / (i * static_cast<double>(i) - mu2);
+    ff = (i * ff + p + q) / (static_cast<Real>(i) * i - mu2);
     c *= dq / i;
     p /= (i - mu);
     q /= (i + mu);
-    const double del = c * ff;
+    const Real del = c * ff;
     sum += del;
     sum1 += c * (p - i * ff);
-    if (std::fabs(del) < kEps * std::fabs(sum)) break;
+    if (fabsl(del) < 1e-21L * fabsl(sum)) break;
   }
-  kmu = sum;
-  xkmu1 = sum1 * 2.0;
+  kmu = static_cast<double>(sum);
+  xkmu1 = static_cast<double>(sum1 * 2.0L);
 }
 
 // exp(x) K_mu and exp(x) x K_{mu+1} for x >= 2 by Steed's continued fraction.
@@ -206,28 +208,29 @@ void k01_scaled(double x, double& k0, double& k1) {
   // K0 = -(ln(x/2) + gamma) I0 + sum H_k t_k,
   // K1 = 1/x + ln(x/2) I1 - (x/4) sum (psi(k+1) + psi(k+2)) q^k / (k! (k+1)!),
   // with t_k = q^k / (k!)^2, q = x^2/4, H_k the harmonic numbers (Abramowitz & Stegun 9.6.13,
-  // 9.6.11).
-  const double q = 0.25 * x * x;
-  const double lg = std::log(x) - kLn2;
-  double t0 = 1.0, t1 = 1.0;  // q^k/(k!)^2 and q^k/(k!(k+1)!)
-  double i0 = 1.0, i1 = 1.0, s0 = 0.0;
-  double harmonic = 0.0;
-  double s1 = -2.0 * kEulerGamma + 1.0;  // psi(1) + psi(2) at k = 0
+  // 9.6.11). Near x = 2 the terms cancel to a tenth of their size: the sums run in long double.
+  const Real lx = x;
+  const Real q = 0.25L * lx * lx;
+  const Real lg = logl(lx) - kLn2L;
+  Real t0 = 1.0L, t1 = 1.0L;  // q^k/(k!)^2 and q^k/(k!(k+1)!)
+  Real i0 = 1.0L, i1 = 1.0L, s0 = 0.0L;
+  Real harmonic = 0.0L;
+  Real s1 = 1.0L - 2.0L * kEulerGammaL;  // psi(1) + psi(2) at k = 0
   for (int k = 1; k < kMaxIterations; ++k) {
-    t0 *= q / (static_cast<double>(k) * k);
-    t1 *= q / (static_cast<double>(k) * (k + 1));
-    harmonic += 1.0 / k;
+    t0 *= q / (static_cast<Real>(k) * k);
+    t1 *= q / (static_cast<Real>(k) * (k + 1));
+    harmonic += 1.0L / k;
     i0 += t0;
     i1 += t1;
     s0 += harmonic * t0;
-    const double psi_sum = 2.0 * harmonic + 1.0 / (k + 1) - 2.0 * kEulerGamma;
+    const Real psi_sum = 2.0L * harmonic + 1.0L / (k + 1) - 2.0L * kEulerGammaL;
     s1 += psi_sum * t1;
-    if (t0 < kEps * i0 && t1 * std::fabs(psi_sum) < kEps * std::fabs(s1)) break;
+    if (t0 < 1e-21L * i0 && t1 * fabsl(psi_sum) < 1e-21L * fabsl(s1)) break;
   }
-  i1 *= 0.5 * x;
-  const double ex = std::exp(x);
-  k0 = (-(lg + kEulerGamma) * i0 + s0) * ex;
-  k1 = (1.0 / x + lg * i1 - 0.25 * x * s1) * ex;
+  i1 *= 0.5L * lx;
+  const Real ex = expl(lx);
+  k0 = static_cast<double>((-(lg + kEulerGammaL) * i0 + s0) * ex);
+  k1 = static_cast<double>((1.0L / lx + lg * i1 - 0.25L * lx * s1) * ex);
 }
 
 BesselIK bessel_ik_scaled(double mu, double x) {
