@@ -2,8 +2,9 @@
 // ber + i bei = I0(z), ker + i kei = K0(z). In long double complex arithmetic, so that the
 // phase x / sqrt 2 stays accurate to 1e-16 up to x = 1010 and nothing overflows on the way:
 // - x <= 2: the power series of I0 and K0;
-// - x > 2: K0 and K1 by Steed's continued fraction, I1/I0 by the continued fraction of the
-//   ratio, and I0 from the Wronskian I0 K1 + I1 K0 = 1/z.
+// - 2 < x < 20: K0 and K1 by Steed's continued fraction, I1/I0 by the continued fraction of
+//   the ratio, and I0 from the Wronskian I0 K1 + I1 K0 = 1/z;
+// - x >= 20: Hankel's expansions of I0 and K0, whose truncation error exp(-2x) is below 1e-17.
 // Thompson & Barnett, Comput. Phys. Commun. 47, 1987 (Steed's method for complex argument).
 #include "platform/special/kelvin.h"
 
@@ -20,7 +21,7 @@ using Real = long double;
 constexpr Real kPi = 3.141592653589793238462643383279502884L;
 constexpr Real kEulerGamma = 0.577215664901532860606512090082402431L;
 constexpr Real kInvSqrt2 = 0.707106781186547524400844362104849039L;
-constexpr Real kEps = 1e-20L;
+constexpr Real kEps = 1e-18L;  // a hundredth of the double rounding unit, ten long double units
 constexpr int kMaxIterations = 100000;
 
 struct KelvinPair {
@@ -74,7 +75,7 @@ void steed_k(const Complex& z, Complex& k0, Complex& k1) {
 
 // I1(z) / I0(z) = 1 / (2/z + 1 / (4/z + ...)), modified Lentz.
 Complex i_ratio(const Complex& z) {
-  const Real tiny = 1e-4000L;
+  const Real tiny = 1e-1000L;  // its square is still a long double: plain complex division works
   Complex f = tiny, c = tiny, d = 0.0L;
   for (int k = 1; k < kMaxIterations; ++k) {
     const Complex b = 2.0L * static_cast<Real>(k) / z;
@@ -102,9 +103,34 @@ KelvinPair continued_fractions(Real x) {
   return {i0s * rot * grow, k0s * std::conj(rot) / grow};
 }
 
+// K0(z) ~ sqrt(pi/2z) e^-z S+, I0(z) ~ (e^z S- + i e^-z S+) / sqrt(2 pi z) for arg z = pi/4,
+// with S+- = sum (+-1)^k a_k / z^k, a_k = a_{k-1} (-(2k-1)^2) / (8k) (DLMF 10.40.2, 10.40.5).
+KelvinPair hankel(Real x) {
+  const Real beta = x * kInvSqrt2;
+  const Complex z(beta, beta);
+  Complex term = 1.0L, plus = 1.0L, minus = 1.0L;
+  Real previous = 1.0L;
+  for (int k = 1; k < 200; ++k) {
+    term *= -static_cast<Real>((2 * k - 1) * (2 * k - 1)) / (8.0L * k * z);
+    const Real size = std::abs(term);
+    if (size > previous) break;
+    previous = size;
+    plus += term;
+    minus += (k & 1) ? -term : term;
+    if (size < kEps) break;
+  }
+  const Complex rot(cosl(beta), sinl(beta));  // exp(i beta)
+  const Real grow = expl(beta);
+  const Complex root = std::sqrt(2.0L * kPi * z);
+  const Complex k0 = kPi / root * std::conj(rot) / grow * plus;
+  const Complex i0 = (grow * rot * minus + Complex(0.0L, 1.0L) * std::conj(rot) / grow * plus) / root;
+  return {i0, k0};
+}
+
 KelvinPair evaluate(double x) {
   const Real ax = fabsl(static_cast<Real>(x));
-  return ax <= 2.0L ? series(ax) : continued_fractions(ax);
+  if (ax <= 2.0L) return series(ax);
+  return ax < 20.0L ? continued_fractions(ax) : hankel(ax);
 }
 
 double to_double(Real v, NagError& err) {
