@@ -70,12 +70,11 @@ double own_k(double x, int order, bool scaled) {
 }
 
 // I and K of order v = |n|/4 (scaled) from the kernel at mu = v, or mu = v - 1 for v = 3/4.
-sp::BesselIK own_fractional(int n, double x, double& i_v, double& k_v) {
+void own_fractional(int n, double x, double& i_v, double& k_v) {
   const int m = n < 0 ? -n : n;
   const sp::BesselIK b = sp::bessel_ik_scaled(m == 3 ? -0.25 : m / 4.0, x);
   i_v = m == 3 ? b.i_mu1 : b.i_mu;
   k_v = m == 3 ? b.k_mu1 : b.k_mu;
-  return b;
 }
 
 bool order_ok(int n) { return n != 0 && n > -4 && n < 4; }

@@ -20,7 +20,7 @@ struct BesselIK {
 };
 BesselIK bessel_ik_scaled(double mu, double x);
 
-// Ai, Bi, Ai', Bi' at one finite x. Bi and Bi' are infinite past x = 104.8.
+// Ai, Bi, Ai', Bi' at one finite x. Bi and Bi' are infinite past x = 104.436 and 104.209.
 struct AiryValues {
   double ai, bi, ai_deriv, bi_deriv;
 };

@@ -39,9 +39,9 @@ ZOMATH_API double bessel_i_nu_scaled(double x, int nu); /* exp(-|x|) I of order 
 ZOMATH_API double bessel_k_nu(double x, int nu);        /* K of order nu / 4, x > 0 */
 ZOMATH_API double bessel_k_nu_scaled(double x, int nu); /* exp(x) K of order nu / 4, x > 0 */
 ZOMATH_API double airy_ai(double x);
-ZOMATH_API double airy_bi(double x);       /* NANUM past x = 104.8 (overflow) */
+ZOMATH_API double airy_bi(double x);       /* NANUM past x = 104.436 (overflow) */
 ZOMATH_API double airy_ai_deriv(double x);
-ZOMATH_API double airy_bi_deriv(double x); /* NANUM past x = 104.7 (overflow) */
+ZOMATH_API double airy_bi_deriv(double x); /* NANUM past x = 104.209 (overflow) */
 ZOMATH_API double kelvin_ber(double x);    /* NANUM past |x| = 1009 where the value overflows */
 ZOMATH_API double kelvin_bei(double x);
 ZOMATH_API double kelvin_ker(double x);    /* x > 0 */

@@ -6,7 +6,7 @@
 namespace zomath::platform {
 
 // Failure codes.
-constexpr int kAiryOverflow = 1;   // Bi, Bi' past x = 104.8, 104.7: the value exceeds the largest double
+constexpr int kAiryOverflow = 1;   // Bi, Bi' past x = 104.436, 104.209: beyond the largest double
 constexpr int kAiryNoLimit = 2;    // Ai', Bi' below x = -1e200, where they oscillate unboundedly
 
 double airy_ai(double x);  // no fail
