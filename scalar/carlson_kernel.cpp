@@ -148,18 +148,19 @@ double carlson_rj_kernel(double x, double y, double z, double r) {
   if (bad_triple(x, y, z) || r == 0.0) return NANUM;
   if (std::isinf(x + y + z) || std::isinf(r)) return 0.0;
   if (r > 0.0) return finite_or_nanum(rj_positive(x, y, z, r));
-  // Principal value (Carlson 1995, eq. 2.22), with y the middle one of x, y, z:
-  // (y + q) RJ(x, y, z, -q) = (p - y) RJ(x, y, z, p) - 3 RF(x, y, z)
-  //                           + 3 sqrt(x y z / (x z + p q)) RC(x z + p q, p q),
-  // p = y + (z - y)(y - x) / (y + q).
+  // Principal value (Carlson 1995, eq. 2.22), with z the largest of x, y, z, which keeps p > 0
+  // and cancels less than the other choices:
+  // (z + q) RJ(x, y, z, -q) = (p - z) RJ(x, y, z, p) - 3 RF(x, y, z)
+  //                           + 3 sqrt(x y z / (x y + p q)) RC(x y + p q, p q),
+  // p = z + (y - z)(z - x) / (z + q).
   double v[3] = {x, y, z};
   std::sort(v, v + 3);
   const double lo = v[0], mid = v[1], hi = v[2], q = -r;
-  const double p = mid + (hi - mid) * (mid - lo) / (mid + q);
-  const double pq = p * q, xz = lo * hi;
-  const double value = (p - mid) * rj_positive(lo, mid, hi, p) - 3.0 * rf(lo, mid, hi) +
+  const double p = hi + (mid - hi) * (hi - lo) / (hi + q);
+  const double pq = p * q, xz = lo * mid;
+  const double value = (p - hi) * rj_positive(lo, mid, hi, p) - 3.0 * rf(lo, mid, hi) +
                        3.0 * std::sqrt(lo * mid * hi / (xz + pq)) * rc(xz + pq, pq);
-  return finite_or_nanum(value / (mid + q));
+  return finite_or_nanum(value / (hi + q));
 }
 
 }  // namespace zomath::special

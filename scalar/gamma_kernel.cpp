@@ -74,37 +74,15 @@ double log_gamma_near_one(double z) {
   return z * (1.0 - kEulerGamma) + sum;
 }
 
-// ln(1 + t) - t, accurately for small |t|.
-double log1pmx(double t) {
-  if (std::fabs(t) > 0.5) return std::log1p(t) - t;
-  double power = t, sum = 0.0;
-  for (int k = 2; k < 80; ++k) {
-    power *= -t;  // (-t)^(k-1) * t
-    const double term = power / k;
-    sum += term;
-    if (std::fabs(term) <= 1e-17 * std::fabs(sum)) break;
-  }
-  return sum;
-}
-
 // ln(x^a e^-x / Gamma(a + 1)), the prefactor of the incomplete gamma series, as hi + lo: an
 // exponent of several hundred would otherwise lose its last bits to rounding.
 DoubleDouble log_incomplete_prefactor(double a, double x) {
   if (a < kStirlingFrom) {
-    return two_prod(a, std::log(x)) + DoubleDouble{-x, 0.0} +
-           DoubleDouble{-log_gamma_kernel(a + 1.0), 0.0};
+    return log_dd(x) * a + DoubleDouble{-x, 0.0} + DoubleDouble{-log_gamma_kernel(a + 1.0), 0.0};
   }
-  // -a phi(x/a) - ln sqrt(2 pi a) - S(a), phi(l) = l - 1 - ln l, which keeps the large terms
-  // a ln x and x from cancelling.
-  const double t = (x - a) / a;
-  DoubleDouble core;  // a ln(x/a) - (x - a)
-  if (std::fabs(t) <= 0.5) {
-    core = two_prod(a, log1pmx(t));
-  } else {
-    // Far from x = a the rounding of t would be magnified by 1/(1 + t): take the logarithms
-    // apart, to twice the working precision.
-    core = (log_dd(x) + -log_dd(a)) * a + -two_sum(x, -a);
-  }
+  // With Stirling's series for ln Gamma(a + 1): a ln(x/a) - (x - a) - ln sqrt(2 pi a) - S(a).
+  // The large multiple of a logarithm is kept in double-double to the last bit of the exponent.
+  const DoubleDouble core = (log_dd(x) + -log_dd(a)) * a + -two_sum(x, -a);
   return core + DoubleDouble{-(0.5 * std::log(a) + kHalfLogTwoPi + stirling_correction(a)), 0.0};
 }
 

@@ -4,6 +4,7 @@
 // factors become hyperbolic ones. Conventions as the platform routine: period 1 in x.
 #include <cmath>
 
+#include "platform/special/jacobi_theta.h"
 #include "platform/special/trig_pi.h"
 #include "scalar/special_kernels.h"
 #include "zomath/core.h"
@@ -83,19 +84,8 @@ double theta_kernel(int k, double x, double q) {
   if (k < 0 || k > 4) return NANUM;
   if (std::isnan(x) || std::isnan(q)) return x + q;
   if (!(q >= 0.0 && q < 1.0) || std::isinf(x)) return NANUM;
-  // x = n + r, |r| <= 1/2, exactly: theta_1, theta_2 flip sign with each unit of x; theta_1 is
-  // odd, the others even; theta_2(x) = theta_1(1/2 - x), theta_4(x) = theta_3(1/2 - x) for
-  // 0 <= x <= 1/2.
-  const double n = std::nearbyint(x);
-  const double r = x - n;
-  const double a = std::fabs(r);
-  const double flip = (std::fmod(n, 2.0) == 0.0) ? 1.0 : -1.0;
-  switch (k) {
-    case 1: return flip * std::copysign(1.0, r) * theta1(a, q);
-    case 2: return flip * theta1(0.5 - a, q);
-    case 3: return theta3(a, q);
-    default: return theta3(0.5 - a, q);
-  }
+  const platform::ThetaReduction red = platform::reduce_theta_argument(k, x);
+  return red.sign * (red.base == 1 ? theta1(red.a, q) : theta3(red.a, q));
 }
 
 }  // namespace zomath::special

@@ -76,17 +76,23 @@ double jacobi_theta(int k, double x, double q, NagError& err) {
   if (!(q >= 0.0 && q < 1.0)) return err.fail(kThetaBadNome, "theta: q outside [0, 1)"), 0.0;
   if (std::isinf(x)) return err.fail(kThetaInfiniteArgument, "theta: x is infinite"), 0.0;
 
+  const ThetaReduction red = reduce_theta_argument(k, x);
+  return red.sign * (red.base == 1 ? theta1(red.a, q) : theta3(red.a, q));
+}
+
+ThetaReduction reduce_theta_argument(int k, double x) {
   // x = n + r exactly, |r| <= 1/2. theta_1 and theta_2 change sign with each unit step of x;
-  // theta_1 is odd, the others even; theta_2(x) = theta_1(1/2 - x), theta_4(x) = theta_3(x + 1/2).
+  // theta_1 is odd, the others even with period 1 or 2; theta_2(x) = theta_1(1/2 - x) and
+  // theta_4(x) = theta_3(1/2 - x) for 0 <= x <= 1/2.
   const double n = std::nearbyint(x);
   const double r = x - n;
   const double a = std::fabs(r);
   const double flip = (std::fmod(n, 2.0) == 0.0) ? 1.0 : -1.0;
   switch (k) {
-    case 1: return flip * std::copysign(1.0, r) * theta1(a, q);
-    case 2: return flip * theta1(0.5 - a, q);
-    case 3: return theta3(a, q);
-    default: return theta3(0.5 - a, q);  // theta_3 is even with period 1
+    case 1: return {1, a, flip * std::copysign(1.0, r)};
+    case 2: return {1, 0.5 - a, flip};
+    case 3: return {3, a, 1.0};
+    default: return {3, 0.5 - a, 1.0};
   }
 }
 

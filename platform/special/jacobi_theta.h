@@ -18,4 +18,13 @@ inline constexpr int kThetaInfiniteArgument = 3;
 
 double jacobi_theta(int k, double x, double q, NagError& err);
 
+// The symmetries that bring theta_k(x), k = 0..4 and x finite, to theta_1 or theta_3 at
+// 0 <= a <= 1/2: theta_k(x) = sign * theta_base(a), with the reduction exact.
+struct ThetaReduction {
+  int base;     // 1 or 3
+  double a;     // in [0, 1/2]
+  double sign;  // +1 or -1
+};
+ThetaReduction reduce_theta_argument(int k, double x);
+
 }  // namespace zomath::platform
