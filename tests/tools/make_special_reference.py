@@ -232,11 +232,15 @@ table("erfinv", ["y", "value", "scale"], mp.erfinv, one(ys), "inverse of erf, -1
 
 
 def erfcinv(y):
-    return mp.erfinv(1 - y)
+    # The root of ln erfc(x) = ln y, well conditioned even where 1 - y would round to 1.
+    if y == 1:
+        return mp.mpf(0)
+    start = mp.sqrt(-mp.log(y)) if y < 0.5 else mp.erfinv(1 - y)
+    return mp.findroot(lambda x: mp.log(mp.erfc(x)) - mp.log(y), start)
 
 
-ys = (logspace(1e-300, 0.5, 80) + linspace(0.5, 1.5, 80) + [1.0] +
-      [2 - v for v in logspace(2 ** -52, 0.5, 60)] + [1 - 1e-10, 1 + 1e-10])
+ys = (logspace(1e-300, 0.5, 150) + linspace(0.5, 1.5, 100) + [1.0] +
+      [2 - v for v in logspace(2 ** -52, 0.5, 80)] + [1 - 1e-10, 1 + 1e-10])
 table("erfcinv", ["y", "value", "scale"], erfcinv, one(ys), "inverse of erfc, 0 < y < 2")
 
 # ---- Fresnel integrals ------------------------------------------------------------------------
@@ -369,7 +373,7 @@ def complex_table(name, header, f, points, note):
 
 zs = [(re, im) for re in [-300.0, -30.0, -3.5, -1.0, -0.25, -1e-5, 0.0, 1e-8, 0.5, 1.0, 1.5,
                           2.75, 40.0, 1e5]
-      for im in [-20.0, -2.0, -0.3, -1e-12, 0.0, 1e-9, 0.6, 1.0, 5.0, 300.0 / 301.0, 7e3]]
+      for im in [-20.0, -2.0, -0.3, -1e-12, 0.0, 1e-9, 0.6, 1.0, 5.0, 300.0 / 301.0, 7e3, 55.5]]
 for name, f, note in [("sqrtz", mp.sqrt, "principal square root"), ("sinz", mp.sin, "sine"),
                       ("cosz", mp.cos, "cosine"), ("tanz", mp.tan, "tangent"),
                       ("logz", mp.log, "principal logarithm"), ("expz", mp.exp, "exponential")]:
@@ -377,7 +381,7 @@ for name, f, note in [("sqrtz", mp.sqrt, "principal square root"), ("sinz", mp.s
                   lambda re, im, f=f: f(mp.mpc(re, im)), zs, note + " of a complex number")
 rows = []
 pts = zs + [(3e200, 4e200), (1e-200, -1e-200), (-5e-310, 1e-300)] + [
-    (re, im) for re in logspace(1e-250, 1e250, 12) for im in [-1e200, 1e-100, 3.0]]
+    (re, im) for re in logspace(1e-250, 1e250, 35) for im in [-1e200, 1e-100, 3.0, -7.25e-5]]
 table("cabsz", ["re", "im", "value", "scale"], lambda re, im: abs(mp.mpc(re, im)), pts,
       "modulus of a complex number")
 complex_table("ipow", ["re", "im", "n", "part", "value", "scale"],
