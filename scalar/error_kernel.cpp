@@ -2,7 +2,6 @@
 // Chebyshev approximations for the error function", Math. Comp. 23 (1969), on |x| <= 0.46875,
 // 0.46875 < |x| <= 4 and |x| > 4, with reflection for negative x.
 #include <cmath>
-#include <limits>
 
 #include "scalar/special_kernels.h"
 #include "zomath/core.h"

@@ -14,6 +14,11 @@ void sincos_pi(double v, double& s, double& c) {
     s = c = v - v;  // NaN
     return;
   }
+  if (std::fabs(v) >= 4503599627370496.0) {  // 2^52 and beyond: v is an integer
+    s = 0.0;
+    c = std::fmod(v, 2.0) == 0.0 ? 1.0 : -1.0;
+    return;
+  }
   // v = n/2 + r with |r| <= 1/4, exactly; the quadrant n mod 4 picks the formula.
   const double n = std::nearbyint(2.0 * v);
   const double r = v - 0.5 * n;

@@ -126,6 +126,32 @@ TEST(SpecialFunctions, ExactValues) {
   EXPECT_EQ(zomath_jacobian_theta(0, 0.3, 0.4), zomath_jacobian_theta(4, 0.3, 0.4));
 }
 
+// Huge arguments reach the asymptotic value instead of an overflow inside the method.
+TEST(SpecialFunctions, ExtremeArguments) {
+  const double halfPi = std::acos(-1.0) / 2;
+  const struct {
+    const char* what;
+    double value, expected, tolerance;
+  } rows[] = {
+      {"C(1e200)", fresnel_c(1e200), 0.5, 0.0},
+      {"own S(1e30)", zomath_fresnel_s(-1e30), -0.5, 0.0},
+      {"S(1e9)", fresnel_s(1e9), 0.5, 4e-10},
+      {"Si(1e300)", sin_integral(1e300), halfPi, 2e-16},
+      {"own Si(1e300)", zomath_sin_integral(-1e300), -halfPi, 2e-16},
+      {"Ci(1e300)", cos_integral(1e300), 0.0, 1e-300},
+      {"own Ci(1e300)", zomath_cos_integral(1e300), 0.0, 1e-300},
+      {"E1(1e300)", zomath_exp_integral(1e300), 0.0, 0.0},
+      {"erfcx(1e300)", erfcx(1e300), 5.641895835477563e-301, 1e-315},
+      {"theta_1 at an integer", jacobian_theta(1, 1e300, 0.5), 0.0, 0.0},
+      {"own theta_3 far out", zomath_jacobian_theta(3, -1e300, 0.5),
+       zomath_jacobian_theta(3, 0.0, 0.5), 0.0},
+      {"own psi(1e300)", zomath_real_polygamma(1e300, 0), 690.77552789821368, 2e-13},
+      {"own Gamma(-1e20)", zomath_gamma(-1e20), NANUM, 0.0},
+      {"W(1e300)", lambertW(1e300, 0, 0, nullptr), 684.24720862976085, 1e-12},
+  };
+  for (const auto& r : rows) EXPECT_NEAR(r.value, r.expected, r.tolerance) << r.what;
+}
+
 // The argument rules of lambertW and its error codes.
 TEST(SpecialFunctions, LambertWGuards) {
   const double branchPoint = -std::exp(-1.0);
