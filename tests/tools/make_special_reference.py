@@ -143,7 +143,7 @@ table("exp_integral", ["x", "value", "scale"], e1, one(xs + [-v for v in neg]),
       "E1(x) = integral from x to infinity of exp(-t)/t dt; for x < 0 the principal value -Ei(-x)",
       step=0.25)
 
-xs = (logspace(1e-300, 1e-3, 25) + linspace(0.01, 8, 150) + linspace(8, 60, 80) +
+xs = (logspace(1e-300, 1e-3, 25) + linspace(0.01, 8, 160) + linspace(8, 60, 90) +
       logspace(60, 1e8, 40) + [0.6165054856207162, 3.384180422551186, 6.42704723346452])
 table("cos_integral", ["x", "value", "scale"], mp.ci, one(xs),
       "Ci(x) = gamma + ln x + integral from 0 to x of (cos t - 1)/t dt, x > 0", step=0.5)
@@ -213,17 +213,24 @@ xs = linspace(-37.4, 9, 240) + [-1e-300, 1e-300, -1e-8, 0.0, 1e-8] + linspace(-2
 table("cumul_normal", ["x", "value", "scale"], phi, one(xs), "Phi(x), standard normal")
 table("cumul_normal_complem", ["x", "value", "scale"], phic, one([-v for v in xs]),
       "1 - Phi(x), standard normal")
-xs = linspace(-6, 26.5, 250) + logspace(1e-300, 0.1, 30) + [-1e-10, -0.3, 0.46875, 4.0]
+xs = linspace(-6, 26.5, 270) + logspace(1e-300, 0.1, 40) + [-1e-10, -0.3, 0.46875, 4.0]
 table("erfc", ["x", "value", "scale"], mp.erfc, one(xs), "erfc(x)")
 xs = both_signs(logspace(1e-300, 0.1, 60) + linspace(0.1, 6.5, 150))
 table("erf", ["x", "value", "scale"], mp.erf, one(xs), "erf(x)")
 
 
 def erfcx(x):
+    if x > 1e6:  # the asymptotic series, beyond the reach of mpmath's erfc
+        term, total = mp.mpf(1), mp.mpf(1)
+        for k in range(1, 40):
+            term *= -(2 * k - 1) / (2 * x * x)
+            total += term
+        return total / (x * mp.sqrt(mp.pi))
     return mp.exp(x * x) * mp.erfc(x)
 
 
-xs = linspace(-26.5, 8, 200) + logspace(8, 1e10, 40) + logspace(1e-300, 0.4, 30) + [0.46875, 4.0]
+xs = (linspace(-26.5, 8, 220) + logspace(8, 1e300, 50) + logspace(1e-300, 0.4, 30) +
+      [0.46875, 4.0, -0.46875, -4.0])
 table("erfcx", ["x", "value", "scale"], erfcx, one(xs), "exp(x^2) erfc(x)")
 
 ys = (both_signs(logspace(1e-300, 0.5, 80) + linspace(0.5, 0.999, 80) +
