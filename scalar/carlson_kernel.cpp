@@ -29,8 +29,9 @@ double rc(double x, double y) {
     f *= 0.25;
   }
   const double s = (y0 - a0) * f / a;
-  return (1.0 + s * s * (3.0 / 10 + s * (1.0 / 7 + s * (3.0 / 8 + s * (9.0 / 22 + s * (159.0 / 208 + s * 9.0 / 8)))))) /
-         std::sqrt(a);
+  // 1 + 3s^2/10 + s^3/7 + 3s^4/8 + 9s^5/22 + 159s^6/208 + 9s^7/8
+  const double tail = 1.0 / 7 + s * (3.0 / 8 + s * (9.0 / 22 + s * (159.0 / 208 + s * 9.0 / 8)));
+  return (1.0 + s * s * (3.0 / 10 + s * tail)) / std::sqrt(a);
 }
 
 double rf(double x, double y, double z) {

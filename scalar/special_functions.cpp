@@ -254,7 +254,8 @@ double zomath_PearsonIV(double x, double y0, double A, double xc, double a, doub
   err.reset();
   const d_complex lg = platform::complex_log_gamma({m, 0.5 * nu}, err);
   if (err.code != 0) return NANUM;
-  const double logRatio = lg.re - special::log_gamma_kernel(m);  // ln |Gamma(m + i nu/2) / Gamma(m)|
+  const double logRatio =
+      lg.re - special::log_gamma_kernel(m);  // ln |Gamma(m + i nu/2) / Gamma(m)|
   constexpr double kRootPi = 1.7724538509055160;
   double gammaQuotient;  // Gamma(m) / Gamma(m - 1/2)
   if (m < 171.0) {

@@ -64,7 +64,8 @@ double theta3(double x, double q) {
     }
     return product;
   }
-  // t^(-1/2) e^(-pi x^2 / t) prod (1 - q'^2n)(1 + q'^(2n-1) (e^(2 pi x/t) + e^(-2 pi x/t)) + q'^(4n-2))
+  // t^(-1/2) e^(-pi x^2 / t) prod (1 - q'^2n)(1 + q'^(2n-1) (e^(2 pi x/t) + e^(-2 pi x/t)) +
+  // q'^(4n-2))
   const double t = -std::log(q) / kPi;
   double product = std::exp(-kPi * x * x / t) / std::sqrt(t);
   for (int n = 1; n < 200; ++n) {

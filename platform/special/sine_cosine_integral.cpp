@@ -29,7 +29,8 @@ void series(double x, double& si, double& ci_rest) {
     const double dCi = c / (2 * k), dSi = s / (2 * k + 1);
     ci_rest += dCi;
     si += dSi;
-    if (std::fabs(dSi) <= kEps * std::fabs(si) && std::fabs(dCi) <= kEps * std::fabs(ci_rest)) break;
+    if (std::fabs(dSi) <= kEps * std::fabs(si) && std::fabs(dCi) <= kEps * std::fabs(ci_rest))
+      break;
   }
 }
 

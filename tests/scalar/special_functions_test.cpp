@@ -188,7 +188,8 @@ TEST(SpecialFunctions, PearsonIVHasUnitArea) {
   for (const auto& s : shapes) {
     double sum = 0.0;
     const double h = 0.002;
-    for (double x = -300.0; x <= 300.0; x += h) sum += zomath_PearsonIV(x, 0.0, 2.0, 1.0, s.a, s.m, s.nu);
+    for (double x = -300.0; x <= 300.0; x += h)
+      sum += zomath_PearsonIV(x, 0.0, 2.0, 1.0, s.a, s.m, s.nu);
     EXPECT_NEAR(sum * h, 2.0, 2e-4) << s.a << " " << s.m << " " << s.nu;
   }
 }

@@ -1,11 +1,13 @@
 #!/usr/bin/python3
 """Writes the reference tables tests/data/special/<function>.csv for the accuracy test of the
-special functions, with mpmath at 40 significant digits.
+special functions, with mpmath at 60 significant digits or more.
 
 Every input is a double, written with repr so that it reads back exactly, and mpmath evaluates at
 that exact value, at 60 and then 120 significant digits (and more, up to 1200, until two
 successive precisions agree to 32 digits: some functions lose many digits at extreme arguments,
-such as erfinv(1 - 1e-300)); a point where no two precisions agree is left out. Each row: arguments, value, scale. The scale is |value|; for a function with
+such as erfinv(1 - 1e-300)); a point where no two precisions agree is left out.
+
+Each row: arguments, value, scale. The scale is |value|; for a function with
 zeros it is max(|f(x)|, min(|f(x - d)|, |f(x + d)|)), the size of the function a step d away on
 either side, so that near a zero the error is measured against the function's magnitude there.
 
