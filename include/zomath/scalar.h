@@ -82,7 +82,115 @@ ZOMATH_API double zomath_kelvin_kei(double x);
 
 /* ---- Gamma, error, exponential and other integrals, elliptic integrals, theta ---- */
 
+/* Short forms (the named table calls these) and prefixed forms (the library's own kernels),
+ * separate computations that agree to about 1e-14. Either returns NANUM for a NANUM argument and
+ * where the function has no value (a pole, an overflow, an argument outside the domain); NaN
+ * gives NaN. Three short forms share their names with the C library and are exported under those
+ * names only as the symbol versions gamma@ZOMATH_1, erfc@ZOMATH_1 and erf@ZOMATH_1 (reach them
+ * with dlvsym); C and C++ hosts call them as gamma_fn, erfc_fn and ADummyFunction. */
+
+/* E1(x) = integral from x to infinity of exp(-t)/t dt, x != 0; for x < 0 the principal value
+ * -Ei(-x). NANUM at 0 and below about -709.7 (overflow). */
+ZOMATH_API double exp_integral(double x);
+ZOMATH_API double zomath_exp_integral(double x);
+/* Ci(x) = gamma + ln x + integral from 0 to x of (cos t - 1)/t dt, x > 0, else NANUM. */
+ZOMATH_API double cos_integral(double x);
+ZOMATH_API double zomath_cos_integral(double x);
+/* Si(x) = integral from 0 to x of sin(t)/t dt, every x. */
+ZOMATH_API double sin_integral(double x);
+ZOMATH_API double zomath_sin_integral(double x);
+
+/* Gamma(x): NANUM at 0 and the negative integers, and above 171.62 (overflow). */
+ZOMATH_API double gamma_fn(double x);
+ZOMATH_API double zomath_gamma(double x);
+/* ln Gamma(x), x > 0, else NANUM. */
+ZOMATH_API double log_gamma(double x);
+ZOMATH_API double zomath_log_gamma(double x);
+/* P(a, x) = gamma(a, x) / Gamma(a), the lower regularised incomplete gamma function; a > 0 and
+ * x >= 0, else NANUM. */
+ZOMATH_API double incomplete_gamma(double a, double x);
+ZOMATH_API double zomath_incomplete_gamma(double a, double x);
+/* psi^(k)(x), the k-th derivative of the digamma function, k = 0..6; NANUM at the poles
+ * x = 0, -1, -2, ... (the prefixed form: within 2.220446e-16 |n| of a non-positive integer n). */
+ZOMATH_API double real_polygamma(double x, int k);
+ZOMATH_API double zomath_real_polygamma(double x, int k);
+
+/* Phi(x) and 1 - Phi(x) of the standard normal, accurate in either tail. */
+ZOMATH_API double cumul_normal(double x);
+ZOMATH_API double cumul_normal_complem(double x);
+ZOMATH_API double zomath_cumul_normal(double x);
+ZOMATH_API double zomath_cumul_normal_complem(double x);
+/* erf(x) (ADummyFunction is its short form), erfc(x) = 1 - erf(x), every x. */
+ZOMATH_API double ADummyFunction(double x);
+ZOMATH_API double erfc_fn(double x);
+ZOMATH_API double zomath_erf(double x);
+ZOMATH_API double zomath_erfc(double x);
+/* exp(x^2) erfc(x); NANUM below about -26.63 (overflow). */
+ZOMATH_API double erfcx(double x);
+/* Inverses: erfinv(y) for -1 < y < 1, erfcinv(y) for 0 < y < 2; NANUM elsewhere (the infinite
+ * values at the ends included). */
+ZOMATH_API double erfinv(double y);
+ZOMATH_API double erfcinv(double y);
+
+/* Fresnel integrals S(x) and C(x): integrals from 0 to x of sin and cos of pi t^2 / 2. */
+ZOMATH_API double fresnel_s(double x);
+ZOMATH_API double fresnel_c(double x);
+ZOMATH_API double zomath_fresnel_s(double x);
+ZOMATH_API double zomath_fresnel_c(double x);
+
+/* Carlson's symmetric elliptic integrals. RC: x >= 0, y != 0 (y < 0: principal value).
+ * RF: x, y, z >= 0, at most one zero. RD: x, y >= 0, at most one zero, z > 0. RJ: x, y, z as RF,
+ * r != 0 (r < 0: principal value). NANUM outside. */
+ZOMATH_API double elliptic_integral_rc(double x, double y);
+ZOMATH_API double elliptic_integral_rf(double x, double y, double z);
+ZOMATH_API double elliptic_integral_rd(double x, double y, double z);
+ZOMATH_API double elliptic_integral_rj(double x, double y, double z, double r);
+ZOMATH_API double zomath_elliptic_integral_rc(double x, double y);
+ZOMATH_API double zomath_elliptic_integral_rf(double x, double y, double z);
+ZOMATH_API double zomath_elliptic_integral_rd(double x, double y, double z);
+ZOMATH_API double zomath_elliptic_integral_rj(double x, double y, double z, double r);
+
+/* Jacobi theta function theta_k(x, q), k = 0..4 (theta_0 = theta_4), nome 0 <= q < 1, period 1
+ * in x: theta_3(x, q) = 1 + 2 sum q^(n^2) cos(2 n pi x), theta_1(x, q) = 2 sum (-1)^n
+ * q^((n+1/2)^2) sin((2n+1) pi x), and so on. NANUM for other k or q, or infinite x. */
+ZOMATH_API double jacobian_theta(int k, double x, double q);
+ZOMATH_API double zomath_jacobian_theta(int k, double x, double q);
+
+/* Lambert W, w exp(w) = z, on branch 0 or -1. nOffset 0: z = x, branch 0 needs x >= -1/e,
+ * branch -1 needs -1/e <= x < 0. nOffset 1: z = -1/e + x, branch 0 needs x >= 0, branch -1
+ * needs x < 0 (which has no real value: such calls give NANUM). A rejected argument gives NANUM.
+ * *pnError (if not null) gets 0, or 1 for a bad branch, 2 for an argument with no real value. */
+ZOMATH_API double lambertW(double x, int nBranch, int nOffset, int* pnError);
+
+/* Pearson type IV peak: y0 + A k (1 + u^2)^-m exp(-nu atan u), u = (x - xc) / a, with k the
+ * constant that gives the density unit area. a > 0 and m > 1/2, else NANUM. */
+ZOMATH_API double zomath_PearsonIV(double x, double y0, double A, double xc, double a, double m,
+                                   double nu);
+
 /* ---- Complex helpers ---- */
+
+/* Elementary functions on d_complex (principal branches, as the C library's complex functions).
+ * NANUM in either half of an argument gives NANUM in both halves of the result, and so does a
+ * result with no finite value. The unique names are declared here; sqrt, sin, cos, tan, log,
+ * exp, cabs and cpow are the same entries exported only as name@ZOMATH_1 (reach them with
+ * dlvsym), so that they never displace the C library's functions. */
+ZOMATH_API d_complex sqrtz(d_complex z);
+ZOMATH_API d_complex sinz(d_complex z);
+ZOMATH_API d_complex cosz(d_complex z);
+/* NANUM where cos z is 0. */
+ZOMATH_API d_complex tanz(d_complex z);
+/* NANUM at z = 0. */
+ZOMATH_API d_complex logz(d_complex z);
+ZOMATH_API d_complex expz(d_complex z);
+/* |z|, a double. */
+ZOMATH_API double cabsz(d_complex z);
+/* z^n by repeated squaring; z^0 = 1; z = 0 with n < 0 gives NANUM. */
+ZOMATH_API d_complex ipow(d_complex z, int n);
+/* z^r; z = 0: 0 for r > 0, 1 for r = 0, NANUM for r < 0. */
+ZOMATH_API d_complex rpow(d_complex z, double r);
+/* z^w = exp(w log z); z = 0: NANUM if w has a non-zero imaginary part or a negative real part,
+ * 1 for w = 0, else 0. */
+ZOMATH_API d_complex cpowz(d_complex z, d_complex w);
 
 ZOMATH_EXTERN_C_END
 
