@@ -8,7 +8,7 @@
 #include <cmath>
 #include <limits>
 
-#include "platform/double_double.h"
+#include "core/double_double.h"
 #include "scalar/bessel_kernels.h"
 
 namespace zomath::special {
@@ -22,13 +22,6 @@ constexpr Double2 kAi0 = {0.3550280538878172, 2.05233632436212e-17};    // Ai(0)
 constexpr Double2 kAiPrime0 = {0.2588194037928068, -2.522243111610832e-17};  // -Ai'(0)
 constexpr Double2 kSqrt3 = {1.7320508075688772, 1.0035084221806903e-16};
 
-Double2 div(Double2 a, double b) {
-  const double q1 = a.hi / b;
-  const Double2 p = dd::two_prod(q1, b);
-  const double e = ((a.hi - p.hi) - p.lo + a.lo) / b;
-  return dd::quick_two_sum(q1, e);
-}
-
 // f, g and their derivatives (A&S 10.4.3) summed in double-double.
 AiryValues maclaurin(double x) {
   const Double2 x3 = dd::mul(dd::two_prod(x, x), x);
@@ -39,10 +32,10 @@ AiryValues maclaurin(double x) {
   double largest = std::fmax(1.0, std::fabs(x));
   for (int k = 1; k < 200; ++k) {
     const double k3 = 3.0 * k;
-    t = div(dd::mul(t, x3), (k3 - 1) * k3);
-    u = div(dd::mul(u, x3), k3 * (k3 + 1));
-    if (k >= 2) tp = div(dd::mul(tp, x3), (k3 - 3) * (k3 - 1));
-    up = div(dd::mul(up, x3), (k3 - 2) * k3);
+    t = dd::div(dd::mul(t, x3), (k3 - 1) * k3);
+    u = dd::div(dd::mul(u, x3), k3 * (k3 + 1));
+    if (k >= 2) tp = dd::div(dd::mul(tp, x3), (k3 - 3) * (k3 - 1));
+    up = dd::div(dd::mul(up, x3), (k3 - 2) * k3);
     f = dd::add(f, t);
     g = dd::add(g, u);
     if (k >= 2) fp = dd::add(fp, tp);

@@ -37,7 +37,7 @@ double guarded(double x, int nu, Routine routine) {
 // A finite result, or NANUM.
 double finite_or_nanum(double v) { return std::isfinite(v) ? v : NANUM; }
 
-// A finite argument that isn't NANUM.
+// A finite argument that isn't NANUM. A NaN argument is answered with NaN before this test.
 bool usable(double x) { return std::isfinite(x) && x != NANUM; }
 
 // ---- Prefixed forms ----
@@ -47,6 +47,7 @@ constexpr double kLargestINu = 700.9217937;  // exp(x) stays far from overflow
 constexpr double kLargestINuScaled = 32768.0;
 
 double own_i0(double x, bool scaled) {
+  if (std::isnan(x)) return x;
   if (!usable(x)) return NANUM;
   const double ax = std::fabs(x);
   const double s = sp::i0_scaled(ax);
@@ -54,6 +55,7 @@ double own_i0(double x, bool scaled) {
 }
 
 double own_i1(double x, bool scaled) {
+  if (std::isnan(x)) return x;
   if (!usable(x)) return NANUM;
   const double ax = std::fabs(x);
   double s = sp::i1_scaled(ax);
@@ -62,6 +64,7 @@ double own_i1(double x, bool scaled) {
 }
 
 double own_k(double x, int order, bool scaled) {
+  if (std::isnan(x)) return x;
   if (!usable(x) || !(x > 0)) return NANUM;
   double k0, k1;
   sp::k01_scaled(x, k0, k1);
@@ -80,6 +83,7 @@ void own_fractional(int n, double x, double& i_v, double& k_v) {
 bool order_ok(int n) { return n != 0 && n > -4 && n < 4; }
 
 double own_i_nu(double x, int n, bool scaled) {
+  if (std::isnan(x)) return x;
   const double bound = scaled ? kLargestINuScaled : kLargestINu;
   if (x == NANUM || !order_ok(n) || !(x >= 0 && x <= bound)) return NANUM;
   if (x == 0) return n > 0 ? 0.0 : NANUM;
@@ -95,6 +99,7 @@ double own_i_nu(double x, int n, bool scaled) {
 }
 
 double own_k_nu(double x, int n, bool scaled) {
+  if (std::isnan(x)) return x;
   if (!usable(x) || !order_ok(n) || !(x > 0)) return NANUM;
   double i_v, k_v;
   own_fractional(n, x, i_v, k_v);
@@ -103,6 +108,7 @@ double own_k_nu(double x, int n, bool scaled) {
 
 // One of the four Airy values at x.
 double own_airy(double x, double sp::AiryValues::*which) {
+  if (std::isnan(x)) return x;
   if (!usable(x)) return NANUM;
   return finite_or_nanum(sp::airy_all(x).*which);
 }
@@ -112,6 +118,7 @@ constexpr double kKelvinBeyond = 1100.0;
 
 // ber, bei (first kind, at |x|) or ker, kei (x > 0); `real` picks ber or ker.
 double own_kelvin(double x, bool first_kind, bool real) {
+  if (std::isnan(x)) return x;
   if (!usable(x)) return NANUM;
   double re, im;
   if (first_kind) {
@@ -159,15 +166,19 @@ double kelvin_kei(double x) { return guarded(x, pf::kelvin_kei); }
 // ---- Prefixed forms ----
 
 double zomath_bessel_j0(double x) {
+  if (std::isnan(x)) return x;
   return x == NANUM || !(std::fabs(x) <= kLargestJY) ? NANUM : ::j0(x);
 }
 double zomath_bessel_j1(double x) {
+  if (std::isnan(x)) return x;
   return x == NANUM || !(std::fabs(x) <= kLargestJY) ? NANUM : ::j1(x);
 }
 double zomath_bessel_y0(double x) {
+  if (std::isnan(x)) return x;
   return x == NANUM || !(x > 0 && x <= kLargestJY) ? NANUM : finite_or_nanum(::y0(x));
 }
 double zomath_bessel_y1(double x) {
+  if (std::isnan(x)) return x;
   return x == NANUM || !(x > 0 && x <= kLargestJY) ? NANUM : finite_or_nanum(::y1(x));
 }
 double zomath_bessel_i0(double x) { return own_i0(x, false); }

@@ -6,11 +6,13 @@
 #include <limits>
 
 #include "platform/special/trig_pi.h"
-#include "scalar/double_double.h"
+#include "core/double_double.h"
 #include "scalar/special_kernels.h"
 #include "zomath/core.h"
 
 namespace zomath::special {
+
+using namespace zomath::dd;
 
 namespace {
 
@@ -76,14 +78,14 @@ double log_gamma_near_one(double z) {
 
 // ln(x^a e^-x / Gamma(a + 1)), the prefactor of the incomplete gamma series, as hi + lo: an
 // exponent of several hundred would otherwise lose its last bits to rounding.
-DoubleDouble log_incomplete_prefactor(double a, double x) {
+Double2 log_incomplete_prefactor(double a, double x) {
   if (a < kStirlingFrom) {
-    return log_dd(x) * a + DoubleDouble{-x, 0.0} + DoubleDouble{-log_gamma_kernel(a + 1.0), 0.0};
+    return log_dd(x) * a + Double2{-x, 0.0} + Double2{-log_gamma_kernel(a + 1.0), 0.0};
   }
   // With Stirling's series for ln Gamma(a + 1): a ln(x/a) - (x - a) - ln sqrt(2 pi a) - S(a).
   // The large multiple of a logarithm is kept in double-double to the last bit of the exponent.
-  const DoubleDouble core = (log_dd(x) + -log_dd(a)) * a + -two_sum(x, -a);
-  return core + DoubleDouble{-(0.5 * std::log(a) + kHalfLogTwoPi + stirling_correction(a)), 0.0};
+  const Double2 core = (log_dd(x) + -log_dd(a)) * a + -two_sum(x, -a);
+  return core + Double2{-(0.5 * std::log(a) + kHalfLogTwoPi + stirling_correction(a)), 0.0};
 }
 
 }  // namespace
@@ -187,7 +189,7 @@ double incomplete_gamma_kernel(double a, double x) {
   if (!(a > 0.0) || std::isinf(a) || x < 0.0) return NANUM;
   if (x == 0.0) return 0.0;
   if (std::isinf(x)) return 1.0;
-  const DoubleDouble logPrefactor = log_incomplete_prefactor(a, x);
+  const Double2 logPrefactor = log_incomplete_prefactor(a, x);
   const double prefactor = std::exp(logPrefactor.hi) * (1.0 + logPrefactor.lo);
   if (x < a + 1.0) {
     // P = x^a e^-x / Gamma(a + 1) * sum_n x^n / ((a + 1) ... (a + n))

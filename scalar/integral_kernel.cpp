@@ -7,19 +7,21 @@
 #include <limits>
 
 #include "platform/special/trig_pi.h"
-#include "scalar/double_double.h"
+#include "core/double_double.h"
 #include "scalar/special_kernels.h"
 #include "zomath/core.h"
 
 namespace zomath::special {
+
+using namespace zomath::dd;
 
 namespace {
 
 constexpr double kEps = std::numeric_limits<double>::epsilon();
 constexpr double kPi = 3.141592653589793;
 constexpr double kHalfPi = 1.5707963267948966;
-constexpr DoubleDouble kEulerGamma{0.5772156649015329, -4.942915152430645e-18};
-constexpr DoubleDouble kHalfPiDD{1.5707963267948966, 6.123233995736766e-17};
+constexpr Double2 kEulerGamma{0.5772156649015329, -4.942915152430645e-18};
+constexpr Double2 kHalfPiDD{1.5707963267948966, 6.123233995736766e-17};
 
 // Ei(t) for t > 0.
 double ei_positive(double t) {
@@ -74,14 +76,14 @@ double e1_positive(double x) {
 
 // Si(x) and Ci(x) - gamma - ln x, x > 0, by their power series in double-double.
 constexpr double kSiCiSeriesLimit = 38.0;
-void si_ci_series(double x, DoubleDouble& si, DoubleDouble& ciRest) {
-  DoubleDouble u{1.0, 0.0};  // x^n / n!
+void si_ci_series(double x, Double2& si, Double2& ciRest) {
+  Double2 u{1.0, 0.0};  // x^n / n!
   si = {0.0, 0.0};
   ciRest = {0.0, 0.0};
   for (int n = 1; n < 400; ++n) {
     u = u * x / static_cast<double>(n);
     const double sign = ((n / 2) % 2 == 0) ? 1.0 : -1.0;  // (-1)^floor(n/2)
-    const DoubleDouble term = u / (sign * n);
+    const Double2 term = u / (sign * n);
     if (n % 2 == 1) {
       si = si + term;
     } else {
@@ -121,13 +123,13 @@ void fresnel(double x, double& c, double& s) {
   if (x <= kFresnelSeriesLimit) {
     // sum over n of (-1)^floor(n/2) t^n / n! * x / (2n + 1), t = pi x^2 / 2: even n give C,
     // odd n give S.
-    const DoubleDouble t = kHalfPiDD * two_prod(x, x);
-    DoubleDouble u{x, 0.0};  // t^n / n! * x
-    DoubleDouble sumC{x, 0.0}, sumS{0.0, 0.0};
+    const Double2 t = kHalfPiDD * two_prod(x, x);
+    Double2 u{x, 0.0};  // t^n / n! * x
+    Double2 sumC{x, 0.0}, sumS{0.0, 0.0};
     for (int n = 1; n < 400; ++n) {
       u = u * t / static_cast<double>(n);
       const double sign = ((n / 2) % 2 == 0) ? 1.0 : -1.0;
-      const DoubleDouble term = u / (sign * (2 * n + 1));
+      const Double2 term = u / (sign * (2 * n + 1));
       if (n % 2 == 0) {
         sumC = sumC + term;
       } else {
@@ -179,7 +181,7 @@ double sine_integral_kernel(double x) {
   if (std::isinf(x)) {
     si = kHalfPi;
   } else if (ax <= kSiCiSeriesLimit) {
-    DoubleDouble s, c;
+    Double2 s, c;
     si_ci_series(ax, s, c);
     si = s.hi + s.lo;
   } else {
@@ -195,9 +197,9 @@ double cosine_integral_kernel(double x) {
   if (!(x > 0.0)) return NANUM;
   if (std::isinf(x)) return 0.0;
   if (x <= kSiCiSeriesLimit) {
-    DoubleDouble s, rest;
+    Double2 s, rest;
     si_ci_series(x, s, rest);
-    const DoubleDouble ci = kEulerGamma + log_dd(x) + rest;
+    const Double2 ci = kEulerGamma + log_dd(x) + rest;
     return ci.hi + ci.lo;
   }
   double f, g;

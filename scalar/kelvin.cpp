@@ -9,7 +9,7 @@
 #include <cmath>
 #include <complex>
 
-#include "platform/double_double.h"
+#include "core/double_double.h"
 #include "scalar/bessel_kernels.h"
 
 namespace zomath::special {

@@ -7,8 +7,8 @@
 #include <boost/math/special_functions/airy.hpp>
 #include <cmath>
 
-#include "platform/double_double.h"
-#include "platform/special/boost_policy.h"
+#include "core/double_double.h"
+#include "platform/special/quiet_policy.h"
 
 namespace zomath::platform {
 namespace {

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "platform/special/boost_policy.h"
+#include "platform/special/quiet_policy.h"
 
 namespace zomath::platform {
 namespace {

@@ -1,5 +1,8 @@
 // The Boost.Math policy of the platform routines: errors come back as values (NaN, infinity, 0)
 // that the routine turns into its own failure code; nothing throws and errno is left alone.
+// Routines test their own domains before calling (Boost asserts on a NaN argument in builds with
+// assertions). Double arguments are still evaluated in long double internally (Boost's
+// default), which keeps phases and exponents accurate.
 #pragma once
 
 #include <boost/math/policies/policy.hpp>

@@ -150,12 +150,12 @@ TEST(BesselGuards, MissingAndNotANumber) {
     EXPECT_EQ(kShortForms[i](NANUM), NANUM) << "short form " << i;
     EXPECT_TRUE(std::isnan(kShortForms[i](kNaN))) << "short form " << i;
     EXPECT_EQ(kPrefixedForms[i](NANUM), NANUM) << "prefixed form " << i;
-    EXPECT_EQ(kPrefixedForms[i](kNaN), NANUM) << "prefixed form " << i;
+    EXPECT_TRUE(std::isnan(kPrefixedForms[i](kNaN))) << "prefixed form " << i;
   }
   for (size_t i = 0; i < sizeof(kFractional) / sizeof(kFractional[0]); ++i) {
     EXPECT_EQ(kFractional[i](NANUM, 1), NANUM) << "fractional " << i;
     const double nan_value = kFractional[i](kNaN, 1);
-    EXPECT_TRUE(std::isnan(nan_value) || nan_value == NANUM) << "fractional " << i;
+    EXPECT_TRUE(std::isnan(nan_value)) << "fractional " << i;
   }
 }
 

@@ -1,7 +1,8 @@
-// Double-double arithmetic for the few places where a special function needs an argument to
-// more than double precision: the phase of an oscillating asymptotic form (2/3 x^(3/2) for the
-// Airy functions, x / sqrt(2) for the Kelvin functions) must be known to an absolute accuracy of
-// a few 1e-17 however large it is, and so must an exponent that is later exponentiated.
+// Double-double arithmetic (unevaluated sums hi + lo, about 32 significant digits) for the few
+// places where a special function needs more than double precision: the phase of an
+// oscillating asymptotic form (2/3 x^(3/2) for the Airy functions, x / sqrt(2) for the Kelvin
+// functions) must be known to an absolute accuracy of a few 1e-17 however large it is, so must
+// an exponent that is later exponentiated, and a few series cancel by many orders of magnitude.
 // Products are split by Veltkamp's method so that no fused multiply-add is needed.
 #pragma once
 
@@ -11,8 +12,8 @@ namespace zomath::dd {
 
 // An unevaluated sum hi + lo with |lo| <= ulp(hi) / 2.
 struct Double2 {
-  double hi;
-  double lo;
+  double hi = 0.0;
+  double lo = 0.0;
 };
 
 inline Double2 two_sum(double a, double b) {
@@ -67,6 +68,44 @@ inline Double2 mul(Double2 a, double b) {
   Double2 p = two_prod(a.hi, b);
   p.lo += a.lo * b;
   return quick_two_sum(p.hi, p.lo);
+}
+
+inline Double2 div(Double2 a, double b) {
+  const double q1 = a.hi / b;
+  const Double2 r = add(a, neg(two_prod(q1, b)));
+  return quick_two_sum(q1, r.hi / b);
+}
+
+inline Double2 div(Double2 a, Double2 b) {
+  const double q1 = a.hi / b.hi;
+  const Double2 r = add(a, neg(mul(b, q1)));
+  return quick_two_sum(q1, r.hi / b.hi);
+}
+
+inline Double2 operator+(Double2 a, Double2 b) { return add(a, b); }
+inline Double2 operator-(Double2 a) { return neg(a); }
+inline Double2 operator*(Double2 a, Double2 b) { return mul(a, b); }
+inline Double2 operator*(Double2 a, double b) { return mul(a, b); }
+inline Double2 operator/(Double2 a, double b) { return div(a, b); }
+inline Double2 operator/(Double2 a, Double2 b) { return div(a, b); }
+
+// ln x for finite x > 0 to about 1e-30 relative: x = 2^e m with m in [1/sqrt 2, sqrt 2),
+// ln m = 2 atanh(s) = 2 (s + s^3/3 + ...), s = (m - 1)/(m + 1) formed in double-double; only
+// the leading term needs the extra precision, the rest is below 0.01 s.
+inline Double2 log_dd(double x) {
+  constexpr double kLn2Hi = 0.6931471805599453, kLn2Lo = 2.3190468138462996e-17;
+  int e;
+  double m = std::frexp(x, &e);  // m in [1/2, 1)
+  if (m < 0.7071067811865476) {
+    m *= 2.0;
+    --e;
+  }
+  const Double2 s = div(Double2{m - 1.0, 0.0}, two_sum(m, 1.0));
+  const double s2 = s.hi * s.hi;
+  double tail = 0.0;  // s^2/3 + s^4/5 + ...
+  for (int k = 12; k >= 1; --k) tail = (tail + 1.0 / (2 * k + 1)) * s2;
+  const Double2 logM = add(mul(s, 2.0), Double2{2.0 * s.hi * tail, 0.0});
+  return add(add(two_prod(static_cast<double>(e), kLn2Hi), two_prod(e, kLn2Lo)), logM);
 }
 
 // sqrt(x) for x > 0, to double-double accuracy.
