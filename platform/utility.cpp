@@ -37,6 +37,13 @@ int nice_bin_index(double x, double start, double inc) {
   return k;
 }
 
+bool compare_doubles(double a, double b, char op, double tol) {
+  const bool near = a == b || std::fabs(a - b) <= tol * std::fmax(std::fabs(a), std::fabs(b));
+  if (op == '=') return near;
+  if (op == '!') return !near;
+  return false;
+}
+
 void release_block(void** pp) {
   if (!pp) return;
   std::free(*pp);

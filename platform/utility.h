@@ -1,4 +1,5 @@
-// Utility routines that the exports lean on: bin indexing and release of blocks handed out.
+// Utility routines that the exports lean on: bin indexing, release of blocks handed out, and the
+// comparison of two doubles under a relative tolerance.
 #pragma once
 
 namespace zomath::platform {
@@ -14,5 +15,15 @@ int nice_bin_index(double x, double start, double inc);
 
 // Frees a block that the library allocated for a caller and clears *pp. Null is fine.
 void release_block(void** pp);
+
+// The relative tolerance of compare_doubles when the caller gives none: values that agree to
+// about twelve significant digits are one value.
+inline constexpr double kCompareTolerance = 1e-12;
+
+// Whether the relation `op` holds between a and b under the relative tolerance tol. a and b are
+// near when |a - b| <= tol * max(|a|, |b|), so that only 0 is near 0 and the test means the same
+// at every scale. op '=' asks whether they are near, '!' whether they are not. A NaN is near
+// nothing; any other op gives false.
+bool compare_doubles(double a, double b, char op, double tol = kCompareTolerance);
 
 }  // namespace zomath::platform

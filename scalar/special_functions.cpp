@@ -208,16 +208,7 @@ double erfcinv(double y) {
 double erfinv(double y) {
   if (y == NANUM) return NANUM;
   if (std::isnan(y)) return y;
-  if (!(y >= -1.0 && y <= 1.0)) return NANUM;
-  // erfcinv(1 - y), taken where it keeps every digit: from the centre for small |y| (1 - y
-  // would lose them), and by symmetry from the upper tail for |y| > 1/2, where 1 - |y| is exact.
-  if (std::fabs(y) <= 0.5) {
-    const double x =
-        guarded([&](NagError& e) { return platform::normal_quantile_centered(0.5 * y, e); });
-    return x == NANUM ? NANUM : x * kRootHalf;
-  }
-  const double v = erfcinv(1.0 - std::fabs(y));
-  return v == NANUM ? NANUM : std::copysign(v, y);
+  return guarded([&](NagError& e) { return platform::inverse_error_function(y, e); });
 }
 
 double lambertW(double x, int nBranch, int nOffset, int* pnError) {

@@ -167,6 +167,97 @@ ZOMATH_API double lambertW(double x, int nBranch, int nOffset, int* pnError);
 ZOMATH_API double zomath_PearsonIV(double x, double y0, double A, double xc, double a, double m,
                                    double nu);
 
+/* ---- Distribution functions ---- */
+
+/* Probabilities (*cdf), quantiles (*inv) and densities (*pdf). The last argument pnError may be
+ * null; otherwise it receives 0 or a failure code, and a failed call returns NANUM. A NANUM
+ * argument gives NANUM with code 0.
+ *
+ * Tail codes (nTail) of the continuous probabilities and of tinv; L = P(X <= x), U = P(X > x):
+ * 2, and any code not listed, L; 1 U; 0 two-sided 2 min(L, U), which for the symmetric normal
+ * and t is P(|X| >= |x|); 3 central 1 - 2 min(L, U), for normal and t P(|X| < |x|); 4 the
+ * nearer tail min(L, U); 5 the farther tail max(L, U). binocdf, hygecdf and poisscdf take
+ * 1 for P(X > k), 3 for P(X = k), any other code for P(X <= k).
+ *
+ * Codes of the cdf and inv functions: */
+enum {
+  ZOMATH_TAIL_TWO_SIDED = 0,
+  ZOMATH_TAIL_UPPER = 1,
+  ZOMATH_TAIL_LOWER = 2,
+  ZOMATH_TAIL_CENTRAL = 3,
+  ZOMATH_TAIL_POINT = 3, /* binocdf, hygecdf, poisscdf */
+  ZOMATH_TAIL_NEARER = 4,
+  ZOMATH_TAIL_FARTHER = 5,
+  ZOMATH_DIST_BAD_ARGUMENT = 1,   /* variate or probability NaN or outside its domain */
+  ZOMATH_DIST_BAD_PARAMETER = 2,  /* degrees of freedom, shape, scale, count, correlation,
+                                     groups or iteration limit out of range */
+  ZOMATH_DIST_NO_CONVERGENCE = 3  /* a series or search did not settle */
+};
+
+/* Standard normal. */
+ZOMATH_API double normcdf(double x, int nTail, int* pnError);
+/* Student t, df > 0 (+infinity: the normal). */
+ZOMATH_API double tcdf(double t, double df, int nTail, int* pnError);
+/* Chi-square, df > 0. */
+ZOMATH_API double chi2cdf(double x, double df, int nTail, int* pnError);
+/* F with ndf, ddf > 0. */
+ZOMATH_API double fcdf(double f, double ndf, double ddf, int nTail, int* pnError);
+/* Beta with shapes a, b > 0 (x outside [0, 1] has probability 0 or 1). */
+ZOMATH_API double betacdf(double x, double a, double b, int nTail, int* pnError);
+/* Gamma with shape a > 0 and scale b > 0. */
+ZOMATH_API double gamcdf(double g, double a, double b, int nTail, int* pnError);
+/* Studentized range P(Q <= q) of nGroups >= 2 means with v >= 1 degrees of freedom (v may be
+ * +infinity), to about 1e-12 absolute. */
+ZOMATH_API double srangecdf(double q, double v, int nGroups, int* pnError);
+/* P(X <= x, Y <= y) of the standard bivariate normal with correlation -1 <= dCorr <= 1. */
+ZOMATH_API double bivarnormcdf(double x, double y, double dCorr, int* pnError);
+/* Noncentral lower-tail probabilities. lambda >= 0 is the noncentrality of the chi-square behind
+ * beta, chi-square and F (Poisson mixture of mean lambda / 2); ncbetacdf is on [0, 1] with shapes
+ * a, b > 0. nctcdf: df > 0, any delta; nMaxIter must be at least 1 (its series runs to
+ * convergence under a bound of its own). */
+ZOMATH_API double ncbetacdf(double x, double a, double b, double dLambda, int* pnError);
+ZOMATH_API double ncchi2cdf(double x, double f, double dLambda, int* pnError);
+ZOMATH_API double ncfcdf(double x, double df1, double df2, double dLambda, int* pnError);
+ZOMATH_API double nctcdf(double x, double df, double dDelta, int* pnError, int nMaxIter);
+/* Binomial of n >= 0 trials with 0 <= p <= 1; hypergeometric: k specified items in a sample of
+ * l from n items of which m are specified (0 <= m, l <= n); Poisson with mean dLambda > 0. A k
+ * outside the support has the probabilities it implies. */
+ZOMATH_API double binocdf(int k, int n, double p, int nTail, int* pnError);
+ZOMATH_API double hygecdf(int k, int m, int n, int l, int nTail, int* pnError);
+ZOMATH_API double poisscdf(int k, double dLambda, int nTail, int* pnError);
+
+/* Quantiles. norminv: 0 < p < 1. tinv: the t whose nTail probability is p (codes as above; the
+ * two-sided forms give t >= 0). chi2inv, finv, betainv, gaminv: lower-tail, 0 <= p < 1 (betainv
+ * 0 <= p <= 1). finv: where its inversion cannot confirm full accuracy it takes the F table
+ * routine's search for df1 and df2 truncated to integers, and reports no failure. srangeinv:
+ * 0 < p < 1. */
+ZOMATH_API double norminv(double p, int* pnError);
+ZOMATH_API double tinv(double p, double df, int nTail, int* pnError);
+ZOMATH_API double chi2inv(double p, double df, int* pnError);
+ZOMATH_API double finv(double p, double df1, double df2, int* pnError);
+ZOMATH_API double betainv(double p, double a, double b, int* pnError);
+ZOMATH_API double gaminv(double p, double a, double b, int* pnError);
+ZOMATH_API double srangeinv(double p, double v, int nGroups, int* pnError);
+
+/* Densities. pnError gets 0, or ZOMATH_ERR_DENSITY_PARAM (-110) with NANUM for a parameter out of
+ * range (or NaN). normpdf, lognpdf: sigma > 0 (lognpdf x > 0); exppdf: mu exp(-mu x), x >= 0,
+ * mu > 0; cauchypdf, lappdf: scale b > 0; gampdf: x >= 0, shape a > 0, scale b > 0; poisspdf:
+ * k >= 0, lambda > 0; wblpdf: scale a > 0, shape b > 0, 0 for x < 0. betapdf reports the codes of
+ * betacdf (2 for a bad shape) and is 0 outside [0, 1]. */
+ZOMATH_API double normpdf(double x, double mu, double sigma, int* pnError);
+ZOMATH_API double lognpdf(double x, double mu, double sigma, int* pnError);
+ZOMATH_API double exppdf(double x, double mu, int* pnError);
+ZOMATH_API double cauchypdf(double x, double a, double b, int* pnError);
+ZOMATH_API double lappdf(double x, double mu, double b, int* pnError);
+ZOMATH_API double gampdf(double x, double a, double b, int* pnError);
+ZOMATH_API double poisspdf(int k, double lambda, int* pnError);
+ZOMATH_API double betapdf(double x, double a, double b, int* pnError);
+ZOMATH_API double wblpdf(double x, double a, double b, int* pnError);
+/* Weibull with scale a > 0 and shape b > 0: 1 - exp(-(x/a)^b), 0 for x < 0; its quantile for
+ * 0 <= p <= 1. NANUM for a bad parameter, with *pnError left at 0. */
+ZOMATH_API double wblcdf(double x, double a, double b, int* pnError);
+ZOMATH_API double wblinv(double p, double a, double b, int* pnError);
+
 /* ---- Complex helpers ---- */
 
 /* Elementary functions on d_complex (principal branches, as the C library's complex functions).

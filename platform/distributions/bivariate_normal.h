@@ -1,13 +1,14 @@
 // The standard bivariate normal distribution function.
 #pragma once
 
+#include "platform/distributions/tail.h"
 #include "platform/error_record.h"
 
 namespace zomath::platform {
 
-// Failure codes of bivariate_normal_lower.
-constexpr int kBivariateNormalBadCorrelation = 1;  // |rho| > 1 or rho not a number
-constexpr int kBivariateNormalBadArgument = 2;     // x or y is NaN
+// Failure codes of bivariate_normal_lower, those of all distribution routines.
+inline constexpr int kBivariateNormalBadCorrelation = kDistributionBadParameter;  // |rho| > 1 or NaN
+inline constexpr int kBivariateNormalBadArgument = kDistributionBadArgument;      // x or y is NaN
 
 // P(X <= x, Y <= y) for standard normal X, Y with correlation rho, to about 1e-15 absolute.
 // x and y may be infinite; rho = +-1 gives the degenerate limits.

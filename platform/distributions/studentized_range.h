@@ -2,16 +2,17 @@
 // values divided by an independent sqrt(chi-square(v) / v).
 #pragma once
 
+#include "platform/distributions/tail.h"
 #include "platform/error_record.h"
 
 namespace zomath::platform {
 
-// Failure codes of the studentized range routines.
-constexpr int kStudentizedRangeBadDf = 1;           // v < 1 or not a number
-constexpr int kStudentizedRangeBadGroups = 2;       // groups < 2
-constexpr int kStudentizedRangeBadProbability = 3;  // p outside (0, 1) for the quantile
-constexpr int kStudentizedRangeNoConvergence = 4;   // the quantile search failed
-constexpr int kStudentizedRangeBadArgument = 5;     // q is NaN
+// Failure codes of the studentized range routines, those of all distribution routines.
+inline constexpr int kStudentizedRangeBadDf = kDistributionBadParameter;          // v < 1 or NaN
+inline constexpr int kStudentizedRangeBadGroups = kDistributionBadParameter;      // groups < 2
+inline constexpr int kStudentizedRangeBadProbability = kDistributionBadArgument;  // p outside (0, 1)
+inline constexpr int kStudentizedRangeNoConvergence = kDistributionNoConvergence; // search failed
+inline constexpr int kStudentizedRangeBadArgument = kDistributionBadArgument;     // q is NaN
 
 // P(Q <= q), to about 1e-12 absolute; 0 for q <= 0. v may be +infinity (known variance).
 double studentized_range_lower(double q, double v, int groups, NagError& err);

@@ -20,6 +20,7 @@ double half_erfc_of_scaled(double x) {
   constexpr double kRootHalfHi = 0.7071067811865476;  // 1/sqrt 2 = hi + lo
   constexpr double kRootHalfLo = -4.833646656726457e-17;
   constexpr double kTwoOverRootPi = 1.1283791670955126;
+  if (std::isinf(x)) return x > 0 ? 0.0 : 1.0;  // the correction below would be inf - inf
   const double hi = x * kRootHalfHi;
   const double lo = std::fma(x, kRootHalfHi, -hi) + x * kRootHalfLo;
   const double value = boost::math::erfc(hi, QuietPolicy());

@@ -88,4 +88,12 @@ double normal_quantile_upper(double q, NagError& err) {
   return err.code != 0 ? x : -x;
 }
 
+double inverse_error_function(double y, NagError& err) {
+  constexpr double kRootHalf = 0.70710678118654752440;
+  if (std::isnan(y)) return y;
+  if (std::fabs(y) <= 0.5) return normal_quantile_centered(0.5 * y, err) * kRootHalf;
+  const double x = normal_quantile_upper(0.5 * (1.0 - std::fabs(y)), err);
+  return std::copysign(x * kRootHalf, y);
+}
+
 }  // namespace zomath::platform

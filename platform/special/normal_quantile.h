@@ -17,4 +17,8 @@ double normal_quantile_upper(double q, NagError& err);
 // x with Phi(x) = 0.5 + d, -0.5 < d < 0.5: the quantile near the centre, accurate for tiny d.
 double normal_quantile_centered(double d, NagError& err);
 
+// x with erf(x) = y, -1 < y < 1: the centred quantile for |y| <= 1/2 and the tail one beyond,
+// where 1 - |y| is exact. Fails with kQuantileProbabilityOutOfRange elsewhere.
+double inverse_error_function(double y, NagError& err);
+
 }  // namespace zomath::platform
