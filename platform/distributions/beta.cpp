@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/distributions/incomplete_functions.h"
 #include "platform/distributions/quantile_search.h"
 #include "platform/special/quiet_policy.h"
 
@@ -69,10 +70,9 @@ double beta_quantile(double p, double a, double b, NagError& err) {
   const bool upper = lowHalf ? p > 0.5 : p < 0.5;
   const long double target = p <= 0.5 ? p : 1 - static_cast<long double>(p);
   auto tails = [&](long double v) {
-    const long double t = upper ? boost::math::ibetac(sa, sb, v, QuietPolicy())
-                                : boost::math::ibeta(sa, sb, v, QuietPolicy());
-    const long double slope = boost::math::ibeta_derivative(sa, sb, v, QuietPolicy()) * v;
-    return std::make_pair(t, upper ? -slope : slope);
+    long double density;
+    const long double t = detail::incomplete_beta(sa, sb, v, upper, &density);
+    return std::make_pair(t, upper ? -v * density : v * density);
   };
   double start = std::nan("");
   try {

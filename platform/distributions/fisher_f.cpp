@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/distributions/incomplete_functions.h"
 #include "platform/distributions/quantile_search.h"
 #include "platform/special/quiet_policy.h"
 
@@ -21,19 +22,20 @@ bool valid_df(double d) { return d > 0 && d < INFINITY; }
 
 struct FTails {
   long double a, b, d1, d2;
-  // (P(F <= f) or P(F > f), f times the derivative of that tail).
-  std::pair<long double, long double> operator()(long double f, bool upper) const {
+  // P(F <= f) or P(F > f); with `slope`, also f times the derivative of that tail.
+  long double value(long double f, bool upper, long double* slope = nullptr) const {
     const long double den = d1 * f + d2, y = d1 * f / den, yc = d2 / den;
-    long double t, density;
-    if (y <= 0.5L) {
-      t = upper ? boost::math::ibetac(a, b, y, QuietPolicy()) : boost::math::ibeta(a, b, y, QuietPolicy());
-      density = boost::math::ibeta_derivative(a, b, y, QuietPolicy());
-    } else {
-      t = upper ? boost::math::ibeta(b, a, yc, QuietPolicy()) : boost::math::ibetac(b, a, yc, QuietPolicy());
-      density = boost::math::ibeta_derivative(b, a, yc, QuietPolicy());
-    }
-    const long double slope = density * y * yc;  // f dI_y/df, as dy/df = y (1 - y) / f
-    return {t, upper ? -slope : slope};
+    long double density;
+    long double* want = slope ? &density : nullptr;
+    const long double t = y <= 0.5L ? detail::incomplete_beta(a, b, y, upper, want)
+                                    : detail::incomplete_beta(b, a, yc, !upper, want);
+    if (slope) *slope = (upper ? -1 : 1) * density * y * yc;  // as dy/df = y (1 - y) / f
+    return t;
+  }
+  std::pair<long double, long double> operator()(long double f, bool upper) const {
+    long double slope;
+    const long double t = value(f, upper, &slope);
+    return {t, slope};
   }
 };
 
@@ -75,10 +77,10 @@ double f_probability(double f, double df1, double df2, Tail tail, NagError& err)
     // one), the other as its complement, at least about 1/2.
     const long double y = df1 * static_cast<long double>(f) / (df1 * static_cast<long double>(f) + df2);
     if (y < df1 / (static_cast<long double>(df1) + df2)) {
-      lower = static_cast<double>(tails(f, false).first);
+      lower = static_cast<double>(tails.value(f, false));
       upper = 1 - lower;
     } else {
-      upper = static_cast<double>(tails(f, true).first);
+      upper = static_cast<double>(tails.value(f, true));
       lower = 1 - upper;
     }
   }

@@ -15,6 +15,7 @@
 
 #include "platform/distributions/chi_square.h"
 #include "platform/distributions/gamma_distribution.h"
+#include "platform/distributions/incomplete_functions.h"
 #include "platform/distributions/quantile_search.h"
 #include "platform/special/quiet_policy.h"
 
@@ -33,15 +34,19 @@ bool use_temme(long double a, long double z) {
   return a > kTemmeShape && std::fabs((z - a) / a) < kTemmeReach;
 }
 
-// P(a, z) (upper false) or Q(a, z) (upper true), in long double.
-long double incomplete_gamma_tail(long double a, long double z, bool upper) {
+long double standard_gamma_density(long double a, long double z);
+
+// P(a, z) (upper false) or Q(a, z) (upper true), in long double; with `density`, also the
+// density z^(a-1) e^-z / Gamma(a).
+long double incomplete_gamma_tail(long double a, long double z, bool upper, long double* density = nullptr) {
   if (use_temme(a, z)) {
     // The expansion gives the smaller tail: P below the mean, Q above.
     const long double smaller = boost::math::detail::igamma_temme_large(
         a, z, QuietPolicy(), static_cast<const boost::integral_constant<int, 64>*>(nullptr));
+    if (density) *density = standard_gamma_density(a, z);
     return upper == (z >= a) ? smaller : 1 - smaller;
   }
-  return upper ? boost::math::gamma_q(a, z, QuietPolicy()) : boost::math::gamma_p(a, z, QuietPolicy());
+  return detail::incomplete_gamma(a, z, upper, density);
 }
 
 // The density of Gamma(a, 1) at z, z^(a-1) e^-z / Gamma(a). For large shapes written
@@ -103,8 +108,9 @@ double quantile(double p, double a, double b, Tail tail, NagError& err) {
   }
   const long double shape = a;
   auto tails = [shape, upper](long double z) {
-    const long double slope = z * standard_gamma_density(shape, z);
-    return std::make_pair(incomplete_gamma_tail(shape, z, upper), upper ? -slope : slope);
+    long double density;
+    const long double t = incomplete_gamma_tail(shape, z, upper, &density);
+    return std::make_pair(t, upper ? -z * density : z * density);
   };
   const detail::SearchResult r = detail::search_quantile(tails, !upper, q, start, kSearchSteps);
   if (!r.converged) return distribution_failure(err, kDistributionNoConvergence, "gamma quantile search failed");
