@@ -25,19 +25,13 @@ double beta_probability(double x, double a, double b, Tail tail, NagError& err) 
   if (std::isnan(x)) return distribution_failure(err, kDistributionBadArgument, "x is NaN");
   if (!valid_shape(a) || !valid_shape(b))
     return distribution_failure(err, kDistributionBadParameter, "shape not positive and finite");
-  double lower = x <= 0 ? 0 : 1, upper = 1 - lower;
-  if (x > 0 && x < 1) {
-    // The smaller tail directly (below the mean, the lower one), the other as its complement,
-    // at least about 1/2; Boost's complement of a tiny tail can come back as exactly 1.
-    if (x < a / (a + b)) {
-      lower = boost::math::ibeta(a, b, x, QuietPolicy());
-      upper = 1 - lower;
-    } else {
-      upper = boost::math::ibetac(a, b, x, QuietPolicy());
-      lower = 1 - upper;
-    }
-  }
-  return combine_tails(tail, lower, upper);
+  if (!(x > 0)) return combine_tails(tail, 0, 1);
+  if (!(x < 1)) return combine_tails(tail, 1, 0);
+  // The smaller tail directly: below the mean a / (a + b), the lower one (Boost's complement of
+  // a tiny tail can come back as exactly 1).
+  const bool lowerIsSmaller = x < a / (a + b);
+  return tails_from_smaller(tail, lowerIsSmaller, lowerIsSmaller ? boost::math::ibeta(a, b, x, QuietPolicy())
+                                                                 : boost::math::ibetac(a, b, x, QuietPolicy()));
 }
 
 double beta_density(double x, double a, double b, NagError& err) {

@@ -39,94 +39,71 @@ struct FTails {
   }
 };
 
-// The tail (upper or not) and target the quantile search uses: the smaller of p and 1 - p.
-struct Target {
-  bool upper;
-  long double q;
-};
-
-// Checks p against `tail`; on success sets the search target, else records the failure.
-bool quantile_target(double p, Tail tail, Target& target, NagError& err) {
-  bool lower;
-  if (tail == Tail::Lower && p >= 0 && p < 1) {
-    lower = true;
-  } else if (tail == Tail::Upper && p > 0 && p <= 1) {
-    lower = false;
-  } else {
-    err.fail(kDistributionBadArgument, "p or tail out of range");
-    return false;
-  }
-  // Searching the smaller tail; 1 - p is exact for p >= 0.5.
-  target = p <= 0.5 ? Target{!lower, p} : Target{lower, 1 - static_cast<long double>(p)};
-  return true;
-}
-
 }  // namespace
 
 double f_probability(double f, double df1, double df2, Tail tail, NagError& err) {
   if (std::isnan(f)) return distribution_failure(err, kDistributionBadArgument, "f is NaN");
   if (!valid_df(df1) || !valid_df(df2))
     return distribution_failure(err, kDistributionBadParameter, "df not positive and finite");
-  double lower = 0, upper = 1;
-  if (std::isinf(f)) {
-    lower = f > 0 ? 1 : 0;
-    upper = 1 - lower;
-  } else if (f > 0) {
-    const FTails tails{df1 / 2.0L, df2 / 2.0L, df1, df2};
-    // The smaller tail directly (below the mean of the beta variable, a / (a + b), the lower
-    // one), the other as its complement, at least about 1/2.
-    const long double y = df1 * static_cast<long double>(f) / (df1 * static_cast<long double>(f) + df2);
-    if (y < df1 / (static_cast<long double>(df1) + df2)) {
-      lower = static_cast<double>(tails.value(f, false));
-      upper = 1 - lower;
-    } else {
-      upper = static_cast<double>(tails.value(f, true));
-      lower = 1 - upper;
-    }
-  }
-  return combine_tails(tail, lower, upper);
+  if (!(f > 0)) return combine_tails(tail, 0, 1);
+  if (std::isinf(f)) return combine_tails(tail, 1, 0);
+  const FTails tails{df1 / 2.0L, df2 / 2.0L, df1, df2};
+  // Below the mean of the beta variable y, a / (a + b), the lower tail is the smaller.
+  const long double y = df1 * static_cast<long double>(f) / (df1 * static_cast<long double>(f) + df2);
+  const bool lowerIsSmaller = y < df1 / (static_cast<long double>(df1) + df2);
+  return tails_from_smaller(tail, lowerIsSmaller, static_cast<double>(tails.value(f, !lowerIsSmaller)));
 }
 
-double f_quantile(double p, double df1, double df2, Tail tail, NagError& err) {
-  if (!valid_df(df1) || !valid_df(df2))
-    return distribution_failure(err, kDistributionBadParameter, "df not positive and finite");
-  Target target;
-  if (!quantile_target(p, tail, target, err)) return std::nan("");
-  if (target.q == 0) return target.upper ? INFINITY : 0.0;
-  // Start: the inverse incomplete beta function, y and 1 - y together.
-  double start = std::nan("");
-  try {
-    double yc = 0;
-    const double q = static_cast<double>(target.q);
-    const double y = target.upper ? boost::math::ibetac_inv(df1 / 2, df2 / 2, q, &yc, QuietPolicy())
-                                  : boost::math::ibeta_inv(df1 / 2, df2 / 2, q, &yc, QuietPolicy());
-    start = df2 * y / (df1 * yc);
-  } catch (...) {
-    // Its internal root finder gave up: leave the start unusable.
+namespace {
+
+// The quantile by the search from `start` (Boost's inversion when fromInversion, else 1, near
+// the median for all but tiny degrees of freedom) in at most maxSteps evaluations. Returns false
+// for bad arguments (recorded in err), else the search's result in r.
+bool search(double p, double df1, double df2, Tail tail, bool fromInversion, int maxSteps,
+            detail::SearchResult& r, NagError& err) {
+  if (!valid_df(df1) || !valid_df(df2)) {
+    err.fail(kDistributionBadParameter, "df not positive and finite");
+    return false;
+  }
+  QuantileTarget target;
+  if (!quantile_target(p, tail, target, err)) return false;
+  const bool upper = target.upper;
+  if (target.q == 0) {
+    r = {upper ? INFINITY : 0.0, true};
+    return true;
+  }
+  double start = 1;
+  if (fromInversion) {
+    start = std::nan("");
+    try {
+      double yc = 0;  // the inverse gives y and 1 - y together
+      const double q = static_cast<double>(target.q);
+      const double y = upper ? boost::math::ibetac_inv(df1 / 2, df2 / 2, q, &yc, QuietPolicy())
+                             : boost::math::ibeta_inv(df1 / 2, df2 / 2, q, &yc, QuietPolicy());
+      start = df2 * y / (df1 * yc);
+    } catch (...) {
+      // Its internal root finder gave up: the start stays unusable.
+    }
   }
   const FTails tails{df1 / 2.0L, df2 / 2.0L, df1, df2};
-  const bool upper = target.upper;
-  const detail::SearchResult r = detail::search_quantile(
-      [&](long double f) { return tails(f, upper); }, !upper, target.q, start, kPolishSteps);
+  r = detail::search_quantile([&](long double f) { return tails(f, upper); }, !upper, target.q,
+                              start, maxSteps);
+  return true;
+}
+
+}  // namespace
+
+double f_quantile(double p, double df1, double df2, Tail tail, NagError& err) {
+  detail::SearchResult r;
+  if (!search(p, df1, df2, tail, true, kPolishSteps, r, err)) return std::nan("");
   if (!r.converged) err.fail(kFQuantileInaccurate, "F quantile not confirmed to full accuracy");
   return r.v;
 }
 
 double f_quantile_by_search(double p, double df1, double df2, Tail tail, NagError& err) {
-  if (!valid_df(df1) || !valid_df(df2))
-    return distribution_failure(err, kDistributionBadParameter, "df not positive and finite");
-  Target target;
-  if (!quantile_target(p, tail, target, err)) return std::nan("");
-  if (target.q == 0) return target.upper ? INFINITY : 0.0;
-  const FTails tails{df1 / 2.0L, df2 / 2.0L, df1, df2};
-  const bool upper = target.upper;
-  // The median of F is near 1 for all but tiny degrees of freedom: a start inside the bracket.
-  const detail::SearchResult r = detail::search_quantile(
-      [&](long double f) { return tails(f, upper); }, !upper, target.q, 1.0, kSearchSteps);
-  if (!r.converged) {
-    err.fail(kDistributionNoConvergence, "F quantile search did not converge");
-    return std::nan("");
-  }
+  detail::SearchResult r;
+  if (!search(p, df1, df2, tail, false, kSearchSteps, r, err)) return std::nan("");
+  if (!r.converged) return distribution_failure(err, kDistributionNoConvergence, "F quantile search failed");
   return r.v;
 }
 

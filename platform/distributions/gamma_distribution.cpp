@@ -65,20 +65,10 @@ double probability(double x, double a, double b, Tail tail, NagError& err) {
   if (std::isnan(x)) return distribution_failure(err, kDistributionBadArgument, "x is NaN");
   if (!positive_finite(a) || !positive_finite(b))
     return distribution_failure(err, kDistributionBadParameter, "shape or scale not positive");
-  double lower = 0, upper = 1;
-  if (x > 0) {
-    const long double z = static_cast<long double>(x) / b, shape = a;
-    // The smaller tail directly (below the mean a, the lower one), the other as its complement,
-    // at least about 1/2.
-    if (z < shape) {
-      lower = static_cast<double>(incomplete_gamma_tail(shape, z, false));
-      upper = 1 - lower;
-    } else {
-      upper = static_cast<double>(incomplete_gamma_tail(shape, z, true));
-      lower = 1 - upper;
-    }
-  }
-  return combine_tails(tail, lower, upper);
+  if (!(x > 0)) return combine_tails(tail, 0, 1);
+  const long double z = static_cast<long double>(x) / b, shape = a;
+  const bool lowerIsSmaller = z < shape;  // below the mean
+  return tails_from_smaller(tail, lowerIsSmaller, static_cast<double>(incomplete_gamma_tail(shape, z, !lowerIsSmaller)));
 }
 
 // The quantile starts from Boost's inversion and is confirmed (or found, where that inversion
@@ -86,17 +76,10 @@ double probability(double x, double a, double b, Tail tail, NagError& err) {
 double quantile(double p, double a, double b, Tail tail, NagError& err) {
   if (!positive_finite(a) || !positive_finite(b))
     return distribution_failure(err, kDistributionBadParameter, "shape or scale not positive");
-  bool lowerTail;
-  if (tail == Tail::Lower && p >= 0 && p < 1) {
-    lowerTail = true;
-  } else if (tail == Tail::Upper && p > 0 && p <= 1) {
-    lowerTail = false;
-  } else {
-    return distribution_failure(err, kDistributionBadArgument, "p or tail out of range");
-  }
-  // The smaller tail and its probability min(p, 1 - p), exact as 1 - p is for p >= 1/2.
-  const bool upper = p <= 0.5 ? !lowerTail : lowerTail;
-  const long double q = p <= 0.5 ? p : 1 - static_cast<long double>(p);
+  QuantileTarget target;
+  if (!quantile_target(p, tail, target, err)) return std::nan("");
+  const bool upper = target.upper;
+  const long double q = target.q;
   if (q == 0) return upper ? INFINITY : 0;
   double start = std::nan("");
   try {

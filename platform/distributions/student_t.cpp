@@ -49,43 +49,34 @@ std::pair<long double, long double> symmetric_tail(long double v, long double nu
 
 constexpr int kSearchSteps = 400;
 
-// The t >= 0 with P(T > t) = q, 0 < q <= 1/2: a cheap estimate refined by the search.
-double upper_quantile(double q, double df, NagError& err) {
-  if (q == 0.5) return 0;
-  if (std::isinf(df)) return normal_quantile_upper(q, err);
+// The t >= 0 with P(T > t) = q, 0 < q <= 1/2, or (central) with P(|T| < t) = q, 0 <= q < 1,
+// for the q near 0 that the tail form would round. A cheap estimate (Hill's, for the tail
+// (1 - q) / 2 in the central case, whose rounding costs it about 1e-16 / q; below q = 1e-4 the
+// inverse incomplete beta function for z = t^2 / (df + t^2)) refined by the search.
+double symmetric_quantile(double q, double df, bool central, NagError& err) {
+  if (central ? q == 0 : q == 0.5) return 0;
+  if (std::isinf(df)) return central ? normal_quantile_centered(q / 2, err) : normal_quantile_upper(q, err);
   double start = std::nan("");
   try {
-    start = -detail::t_quantile_estimate(q, df);
+    if (!central || q > 1e-4) {
+      start = -detail::t_quantile_estimate(central ? (1 - q) / 2 : q, df);
+    } else {
+      double zc = 0;
+      const double z = boost::math::ibeta_inv(0.5, df / 2, q, &zc, QuietPolicy());
+      start = std::sqrt(df * (z / zc));
+    }
   } catch (...) {
+    // The estimate gave up: the search starts from the middle of its bracket.
   }
   const detail::SearchResult r = detail::search_quantile(
-      [df](long double v) { return symmetric_tail(v, df, false); }, false, q, start, kSearchSteps);
+      [df, central](long double v) { return symmetric_tail(v, df, central); }, central, q, start,
+      kSearchSteps);
   if (!r.converged) return distribution_failure(err, kDistributionNoConvergence, "t quantile search failed");
   return r.v;
 }
 
-// The t >= 0 with P(|T| < t) = c, 0 <= c < 1, for the c near 0 that the tail form would round.
-// The start is the tail estimate for (1 - c) / 2, whose rounding costs it about 1e-16 / c, or
-// for c below 1e-4 the inverse incomplete beta function for z = t^2 / (df + t^2).
-double central_quantile(double c, double df, NagError& err) {
-  if (c == 0) return 0;
-  if (std::isinf(df)) return normal_quantile_centered(c / 2, err);
-  double start = std::nan("");
-  try {
-    if (c > 1e-4) {
-      start = -detail::t_quantile_estimate((1 - c) / 2, df);
-    } else {
-      double zc = 0;
-      const double z = boost::math::ibeta_inv(0.5, df / 2, c, &zc, QuietPolicy());
-      start = std::sqrt(df * (z / zc));
-    }
-  } catch (...) {
-  }
-  const detail::SearchResult r = detail::search_quantile(
-      [df](long double v) { return symmetric_tail(v, df, true); }, true, c, start, kSearchSteps);
-  if (!r.converged) return distribution_failure(err, kDistributionNoConvergence, "t quantile search failed");
-  return r.v;
-}
+double upper_quantile(double q, double df, NagError& err) { return symmetric_quantile(q, df, false, err); }
+double central_quantile(double c, double df, NagError& err) { return symmetric_quantile(c, df, true, err); }
 
 // The t with P(T <= t) = p, 0 < p < 1. Near the centre (1/4 < p < 3/4) from the central
 // probability |2p - 1|, exact there, so that a t near 0 keeps its relative accuracy.

@@ -34,4 +34,23 @@ double combine_tails(Tail tail, double lower, double upper, double central) {
   return lower;
 }
 
+double tails_from_smaller(Tail tail, bool lowerIsSmaller, double smaller) {
+  const double larger = 1 - smaller;
+  return lowerIsSmaller ? combine_tails(tail, smaller, larger) : combine_tails(tail, larger, smaller);
+}
+
+bool quantile_target(double p, Tail tail, QuantileTarget& target, NagError& err) {
+  bool lower;
+  if (tail == Tail::Lower && p >= 0 && p < 1) {
+    lower = true;
+  } else if (tail == Tail::Upper && p > 0 && p <= 1) {
+    lower = false;
+  } else {
+    err.fail(kDistributionBadArgument, "p or tail out of range");
+    return false;
+  }
+  target = p <= 0.5 ? QuantileTarget{!lower, p} : QuantileTarget{lower, 1 - static_cast<long double>(p)};
+  return true;
+}
+
 }  // namespace zomath::platform

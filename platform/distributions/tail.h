@@ -33,6 +33,21 @@ enum class Tail : int {
 // 5 farther; any other value is the lower tail.
 Tail tail_from_code(int nTail);
 
+// The probability of `tail` from the smaller one-sided probability, computed directly (the lower
+// one when lowerIsSmaller); the other is its complement, at least about 1/2, so nothing is lost.
+double tails_from_smaller(Tail tail, bool lowerIsSmaller, double smaller);
+
+// What a quantile search looks for: the smaller tail of the distribution (upper or not) and its
+// probability min(p, 1 - p), exact as 1 - p is for p >= 1/2.
+struct QuantileTarget {
+  bool upper;
+  long double q;
+};
+
+// The target for P(X <= x) = p (Tail::Lower, 0 <= p < 1) or P(X > x) = p (Tail::Upper,
+// 0 < p <= 1); false, with kDistributionBadArgument recorded, for other tails or p.
+bool quantile_target(double p, Tail tail, QuantileTarget& target, NagError& err);
+
 // The probability of `tail` from the two one-sided ones. `central`, when given (>= 0), is the
 // directly computed central probability of a symmetric family, used in place of 1 - 2 min.
 double combine_tails(Tail tail, double lower, double upper, double central = -1);
