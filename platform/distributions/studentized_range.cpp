@@ -7,12 +7,13 @@
 // their mass, cut into pieces narrow enough for full double precision.
 #include "platform/distributions/studentized_range.h"
 
-#include <boost/math/quadrature/gauss.hpp>
 #include <boost/math/special_functions/erf.hpp>
 #include <boost/math/special_functions/gamma.hpp>
 #include <boost/math/tools/roots.hpp>
 #include <cmath>
 #include <limits>
+
+#include "platform/distributions/gauss_legendre.h"
 
 namespace zomath::platform {
 namespace {
@@ -22,21 +23,7 @@ constexpr double kInvSqrt2Pi = 0.39894228040143267794;
 constexpr double kNormalTailCut = 8.5;  // Q(8.5) < 1e-17
 constexpr double kChiTail = 1e-18;      // mass left out of the chi integral on each side
 
-// Integral of f over [a, b] by the 20-point Gauss-Legendre rule on each of `pieces` equal parts.
-template <class F>
-double integrate(F f, double a, double b, int pieces) {
-  const auto& x = boost::math::quadrature::gauss<double, 20>::abscissa();
-  const auto& w = boost::math::quadrature::gauss<double, 20>::weights();
-  const double h = (b - a) / pieces;
-  double sum = 0;
-  for (int k = 0; k < pieces; ++k) {
-    const double mid = a + (k + 0.5) * h, half = h / 2;
-    double part = 0;
-    for (std::size_t i = 0; i < x.size(); ++i) part += w[i] * (f(mid - half * x[i]) + f(mid + half * x[i]));
-    sum += part * half;
-  }
-  return sum;
-}
+using detail::integrate;
 
 double normal_density(double x) { return kInvSqrt2Pi * std::exp(-0.5 * x * x); }
 
