@@ -6,7 +6,6 @@
 
 #include <boost/math/special_functions/beta.hpp>
 #include <cmath>
-#include <utility>
 
 #include "platform/distributions/incomplete_functions.h"
 #include "platform/distributions/quantile_search.h"
@@ -66,7 +65,7 @@ double beta_quantile(double p, double a, double b, NagError& err) {
   auto tails = [&](long double v) {
     long double density;
     const long double t = detail::incomplete_beta(sa, sb, v, upper, &density);
-    return std::make_pair(t, upper ? -v * density : v * density);
+    return detail::TailPoint{t, upper ? -v * density : v * density, sa - (sb - 1) * v / (1 - v)};
   };
   double start = std::nan("");
   try {

@@ -6,7 +6,6 @@
 
 #include <boost/math/special_functions/beta.hpp>
 #include <cmath>
-#include <utility>
 
 #include "platform/distributions/incomplete_functions.h"
 #include "platform/distributions/quantile_search.h"
@@ -32,10 +31,11 @@ struct FTails {
     if (slope) *slope = (upper ? -1 : 1) * density * y * yc;  // as dy/df = y (1 - y) / f
     return t;
   }
-  std::pair<long double, long double> operator()(long double f, bool upper) const {
+  // With the rate 1 + f g'(f) / g(f) = a - (a + b) y of the density g, for the search.
+  detail::TailPoint operator()(long double f, bool upper) const {
     long double slope;
     const long double t = value(f, upper, &slope);
-    return {t, slope};
+    return {t, slope, a - (a + b) * (d1 * f / (d1 * f + d2))};
   }
 };
 

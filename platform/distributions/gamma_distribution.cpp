@@ -11,7 +11,6 @@
 #include <boost/math/special_functions/gamma.hpp>
 #include <boost/math/special_functions/log1p.hpp>
 #include <cmath>
-#include <utility>
 
 #include "platform/distributions/chi_square.h"
 #include "platform/distributions/gamma_distribution.h"
@@ -71,8 +70,8 @@ double probability(double x, double a, double b, Tail tail, NagError& err) {
   return tails_from_smaller(tail, lowerIsSmaller, static_cast<double>(incomplete_gamma_tail(shape, z, !lowerIsSmaller)));
 }
 
-// The quantile starts from Boost's inversion and is confirmed (or found, where that inversion
-// gives no usable start) by the Newton search on the smaller tail, evaluated as above.
+// The quantile starts from the estimate of DiDonato and Morris and is found by the Halley search
+// on the smaller tail, evaluated as above.
 double quantile(double p, double a, double b, Tail tail, NagError& err) {
   if (!positive_finite(a) || !positive_finite(b))
     return distribution_failure(err, kDistributionBadParameter, "shape or scale not positive");
@@ -83,17 +82,15 @@ double quantile(double p, double a, double b, Tail tail, NagError& err) {
   if (q == 0) return upper ? INFINITY : 0;
   double start = std::nan("");
   try {
-    const double qd = static_cast<double>(q);
-    start = upper ? boost::math::gamma_q_inv(a, qd, QuietPolicy())
-                  : boost::math::gamma_p_inv(a, qd, QuietPolicy());
+    start = detail::gamma_quantile_estimate(a, static_cast<double>(q), upper);
   } catch (...) {
-    // Its root finder gave up: the search starts from the middle of its bracket.
+    // The estimate gave up: the search starts from the middle of its bracket.
   }
   const long double shape = a;
   auto tails = [shape, upper](long double z) {
     long double density;
     const long double t = incomplete_gamma_tail(shape, z, upper, &density);
-    return std::make_pair(t, upper ? -z * density : z * density);
+    return detail::TailPoint{t, upper ? -z * density : z * density, shape - z};
   };
   const detail::SearchResult r = detail::search_quantile(tails, !upper, q, start, kSearchSteps);
   if (!r.converged) return distribution_failure(err, kDistributionNoConvergence, "gamma quantile search failed");

@@ -6,6 +6,7 @@
 
 #include <boost/math/special_functions/beta.hpp>
 #include <boost/math/special_functions/gamma.hpp>
+#include <boost/math/special_functions/detail/igamma_inverse.hpp>
 #include <boost/math/special_functions/detail/t_distribution_inv.hpp>
 #include <cmath>
 
@@ -43,6 +44,12 @@ long double incomplete_gamma(long double a, long double z, bool upper, long doub
     return upper ? boost::math::gamma_q(a, z, QuietPolicy()) : boost::math::gamma_p(a, z, QuietPolicy());
   }
   return boost::math::detail::gamma_incomplete_imp(a, z, true, upper, InternalPolicy(), density);
+}
+
+double gamma_quantile_estimate(double a, double q, bool upper) {
+  bool tenDigits = false;
+  return boost::math::detail::find_inverse_gamma<double>(a, upper ? 1 - q : q, upper ? q : 1 - q,
+                                                         InternalPolicy(), &tenDigits);
 }
 
 double t_quantile_estimate(double q, double df) {

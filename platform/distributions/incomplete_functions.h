@@ -16,4 +16,9 @@ long double incomplete_gamma(long double a, long double z, bool upper, long doub
 // tail series), good to about 1e-6 and cheap: the start of the t quantile search.
 double t_quantile_estimate(double q, double df);
 
+// A first estimate of the z with P(a, z) = q (or Q(a, z) = q when `upper`), 0 < q <= 1/2: the
+// initial approximations of DiDonato and Morris (ACM TOMS 13 (1987) 318-319), good to a few
+// digits at least and cheap: the start of the gamma quantile search.
+double gamma_quantile_estimate(double a, double q, bool upper);
+
 }  // namespace zomath::platform::detail

@@ -6,7 +6,6 @@
 
 #include <boost/math/special_functions/beta.hpp>
 #include <cmath>
-#include <utility>
 
 #include "platform/distributions/incomplete_functions.h"
 #include "platform/distributions/normal.h"
@@ -39,12 +38,13 @@ double symmetric_probability(double t, double df, bool twoSided) {
   return static_cast<double>(symmetric_value(std::fabs(static_cast<long double>(t)), df, !twoSided));
 }
 
-// The pair (T(v), v T'(v)) of the central probability (central) or of the upper tail
-// P(T > v), half the two-sided one, for the quantile search.
-std::pair<long double, long double> symmetric_tail(long double v, long double nu, bool central) {
+// The central probability (central) or the upper tail P(T > v), half the two-sided one, with
+// its derivatives for the quantile search; the density (1 + v^2/df)^(-(df+1)/2) gives the rate.
+detail::TailPoint symmetric_tail(long double v, long double nu, bool central) {
   long double slope;
   const long double c = symmetric_value(v, nu, central, &slope);
-  return central ? std::make_pair(c, slope) : std::make_pair(c / 2, slope / 2);
+  const long double rate = 1 - (nu + 1) * v * v / (nu + v * v);
+  return central ? detail::TailPoint{c, slope, rate} : detail::TailPoint{c / 2, slope / 2, rate};
 }
 
 constexpr int kSearchSteps = 400;
