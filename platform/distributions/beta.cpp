@@ -1,5 +1,5 @@
 // The beta distribution through Boost's regularized incomplete beta function. The quantile
-// starts from Boost's inversion and is confirmed, and where needed found, by a Newton search on
+// starts from Boost's inversion and is confirmed, and where needed found, by a Halley search on
 // the smaller tail, in the variable x or 1 - x whichever holds the quantile below 1/2, so that
 // a quantile near 1 and one near 0 both keep their relative accuracy.
 #include "platform/distributions/beta.h"

@@ -14,7 +14,7 @@
 namespace zomath::platform {
 namespace {
 
-constexpr int kPolishSteps = 4;    // Newton steps the fast inversion may take to confirm itself
+constexpr int kPolishSteps = 4;    // steps the fast inversion may take to confirm itself
 constexpr int kSearchSteps = 400;  // evaluations of the full search (bisection needs about 70)
 
 bool valid_df(double d) { return d > 0 && d < INFINITY; }

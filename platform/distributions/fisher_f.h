@@ -8,8 +8,8 @@ namespace zomath::platform {
 
 // f_quantile could not confirm its result to full accuracy: Boost's inversion of the incomplete
 // beta function gave up (its iteration throws, as at p = 0.5 with 10 and 10 degrees of freedom)
-// or gave a value that four Newton steps could not confirm (medians beyond the largest double
-// at degrees of freedom below 0.01). The value returned is the best found;
+// or gave a value that four steps of the search could not confirm (medians beyond the largest
+// double at degrees of freedom below 0.01). The value returned is the best found;
 // f_quantile_by_search recovers the quantile.
 inline constexpr int kFQuantileInaccurate = 422;
 

@@ -1,7 +1,7 @@
 // Boost computes an incomplete function and its derivative together (the derivative is the
 // power-term prefix the function is built on), but offers the pair only through its internal
 // entry points; they are called here, in one place, so that the searches pay one evaluation a
-// Newton step instead of two.
+// step instead of two.
 #include "platform/distributions/incomplete_functions.h"
 
 #include <boost/math/special_functions/beta.hpp>

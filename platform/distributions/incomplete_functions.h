@@ -1,5 +1,5 @@
 // The regularized incomplete beta and gamma functions with their derivatives, in long double and
-// in one evaluation, for the distribution routines' quantile searches (a Newton step needs both).
+// in one evaluation, for the distribution routines' quantile searches (each step needs both).
 #pragma once
 
 namespace zomath::platform::detail {
