@@ -1,4 +1,7 @@
-// A short tour of what the library offers, on the sample readings in examples/data.
+// A short tour of what the library offers, on the sample readings in examples/data: sorting with
+// a companion array, summary kernels that skip missing readings, a t test with its confidence
+// interval, a least-squares trend by pseudo-inverse, and a few special function values.
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -72,10 +75,59 @@ int main(int argc, char** argv) {
   print("\nBack in station order (quick sort on the index, values as companion):", values,
         order, rows);
 
-  double sum = 0;
+  // Summary: the kernels skip NANUM and keep positions.
   int valid = 0;
+  double variance = 0;
+  const double mean = zomath_d_mean_variance(values.data(), n, &variance, &valid);
+  unsigned int iMin = 0, iMax = 0;
+  zomath_d_minmax(values.data(), 0, static_cast<unsigned int>(n - 1), &iMin, &iMax);
+  std::vector<double> present;
   for (double v : values)
-    if (v != NANUM) sum = AnotherDummyFunction(sum, v, 0, 0, 0), ++valid;
-  std::printf("\n%d of %d readings present, mean %.2f degC\n", valid, n, sum / valid);
+    if (v != NANUM) present.push_back(v);
+  double median = NANUM;
+  zomath_get_median_in_vector(static_cast<int>(present.size()), present.data(), &median);
+  const double sd = std::sqrt(variance);
+  std::printf("\nSummary: %d of %d readings present; mean %.3f, SD %.3f, median %.2f degC\n", valid, n,
+              mean, sd, median);
+  std::printf("  coolest %s (%.1f), warmest %s (%.1f)\n", rows[order[iMin]].station.c_str(),
+              values[iMin], rows[order[iMax]].station.c_str(), values[iMax]);
+
+  // One-sample t test against 20 degC, two-sided, with a 95% confidence interval.
+  const double df = valid - 1, mu0 = 20.0;
+  const double t = (mean - mu0) * std::sqrt(static_cast<double>(valid)) / sd;
+  int err = 0;
+  const double p = tcdf(t, df, ZOMATH_TAIL_TWO_SIDED, &err);
+  const double tCrit = tinv(0.05, df, ZOMATH_TAIL_TWO_SIDED, &err);
+  const double half = tCrit * sd / std::sqrt(static_cast<double>(valid));
+  std::printf("\nt test of mean = %.1f: t = %.4f on %.0f df, two-sided p = %.4f\n", mu0, t, df, p);
+  std::printf("  95%% confidence interval %.3f to %.3f degC (t quantile %.4f)\n", mean - half,
+              mean + half, tCrit);
+
+  // Trend over the station order: least squares through the pseudo-inverse of [1, index].
+  std::vector<double> design, y;
+  for (int i = 0; i < n; ++i) {
+    if (values[i] == NANUM) continue;
+    design.push_back(1.0);
+    design.push_back(order[i]);
+    y.push_back(values[i]);
+  }
+  const int m = static_cast<int>(y.size());
+  std::vector<double> pinv(2 * static_cast<std::size_t>(m));
+  if (zomath_pinv(design.data(), pinv.data(), m, 2, 0.0) == 0) {
+    double b0 = 0, b1 = 0;
+    for (int i = 0; i < m; ++i) {
+      b0 += pinv[i] * y[i];
+      b1 += pinv[m + i] * y[i];
+    }
+    std::printf("\nLeast-squares trend: %.3f %+.4f degC per station\n", b0, b1);
+  }
+
+  // Special functions, in both forms where the library has two.
+  std::printf("\nSpecial functions:\n");
+  std::printf("  Gamma(1/2)^2   = %.17g (pi = %.17g)\n", gamma_fn(0.5) * gamma_fn(0.5), std::acos(-1.0));
+  std::printf("  erf(1)         = %.17g, own kernel %.17g\n", ADummyFunction(1.0), zomath_erf(1.0));
+  std::printf("  J0(2.4048...)  = %.3g (first zero)\n", bessel_j0(2.404825557695773));
+  std::printf("  Ai(-10)        = %.17g, own kernel %.17g\n", airy_ai(-10.0), zomath_airy_ai(-10.0));
+  std::printf("  bessel_y0(0)   = %s (no value exists)\n", bessel_y0(0.0) == NANUM ? "NANUM" : "?");
   return 0;
 }
