@@ -4,6 +4,8 @@
 // A. Genz, Statistics and Computing 14 (2004) 251-260.
 #include "platform/distributions/bivariate_normal.h"
 
+#include "platform/special/error_function.h"
+
 #include <boost/math/quadrature/gauss.hpp>
 #include <cmath>
 #include <limits>
@@ -14,9 +16,6 @@ namespace {
 
 constexpr double kPi = 3.141592653589793238462643;
 constexpr double kSqrt2Pi = 2.506628274631000502415765;
-
-// Lower tail of the standard normal, accurate in both tails.
-double normal_lower(double x) { return 0.5 * std::erfc(-x * 0.70710678118654752440); }
 
 // The N-point Gauss-Legendre rule on [-1, 1] applied to f: Boost holds the non-negative nodes
 // and their weights, so each node stands for the pair +-node.
@@ -43,7 +42,7 @@ double rule_for(double absRho, F f) {
 double upper_orthant(double h, double k, double r) {
   double hk = h * k;
   if (std::fabs(r) < 0.925) {
-    double bvn = normal_lower(-h) * normal_lower(-k);
+    double bvn = normal_lower_tail(-h) * normal_lower_tail(-k);
     if (r != 0) {
       const double hs = (h * h + k * k) / 2, asr = std::asin(r);
       const double sum = rule_for(std::fabs(r), [&](double t) {
@@ -68,7 +67,8 @@ double upper_orthant(double h, double k, double r) {
     if (e0 > -100) bvn = a * std::exp(e0) * (1 - c * (bs - as) * (1 - d * bs / 5) / 3 + c * d * as * as / 5);
     if (-hk < 100) {
       const double b = std::sqrt(bs);
-      bvn -= std::exp(-hk / 2) * kSqrt2Pi * normal_lower(-b / a) * b * (1 - c * bs * (1 - d * bs / 5) / 3);
+      bvn -= std::exp(-hk / 2) * kSqrt2Pi * normal_lower_tail(-b / a) * b *
+             (1 - c * bs * (1 - d * bs / 5) / 3);
     }
     a /= 2;
     bvn += a * symmetric_rule<20>([&](double t) {
@@ -80,10 +80,11 @@ double upper_orthant(double h, double k, double r) {
     });
     bvn = -bvn / (2 * kPi);
   }
-  if (r > 0) return bvn + normal_lower(-std::max(h, k));
+  if (r > 0) return bvn + normal_lower_tail(-std::max(h, k));
   bvn = -bvn;
   if (k > h) {  // add P(h < X < k) without cancellation
-    bvn += (h < 0) ? normal_lower(k) - normal_lower(h) : normal_lower(-h) - normal_lower(-k);
+    bvn += (h < 0) ? normal_lower_tail(k) - normal_lower_tail(h)
+                   : normal_lower_tail(-h) - normal_lower_tail(-k);
   }
   return bvn;
 }
@@ -101,8 +102,8 @@ double bivariate_normal_lower(double x, double y, double rho, NagError& err) {
   }
   constexpr double inf = std::numeric_limits<double>::infinity();
   if (x == -inf || y == -inf) return 0;
-  if (x == inf) return normal_lower(y);
-  if (y == inf) return normal_lower(x);
+  if (x == inf) return normal_lower_tail(y);
+  if (y == inf) return normal_lower_tail(x);
   if (x > y) std::swap(x, y);  // exactly symmetric in x and y
   const double p = upper_orthant(-x, -y, rho);
   return std::min(1.0, std::max(0.0, p));
