@@ -8,6 +8,7 @@
 #include "platform/special/bessel.h"
 #include "platform/special/kelvin.h"
 #include "scalar/bessel_kernels.h"
+#include "scalar/short_form.h"
 #include "zomath/scalar.h"
 
 namespace {
@@ -19,19 +20,13 @@ using pf::NagError;
 template <class Routine>
 double guarded(double x, Routine routine) {
   if (x == NANUM) return NANUM;
-  NagError err;
-  err.reset();
-  const double value = routine(x, err);
-  return err.code != 0 ? NANUM : value;
+  return zomath::scalar::run_routine([&](NagError& err) { return routine(x, err); });
 }
 
 template <class Routine>
 double guarded(double x, int nu, Routine routine) {
   if (x == NANUM) return NANUM;
-  NagError err;
-  err.reset();
-  const double value = routine(x, nu, err);
-  return err.code != 0 ? NANUM : value;
+  return zomath::scalar::run_routine([&](NagError& err) { return routine(x, nu, err); });
 }
 
 // A finite result, or NANUM.

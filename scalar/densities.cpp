@@ -13,6 +13,7 @@
 #include "platform/distributions/gamma_distribution.h"
 #include "platform/error_record.h"
 #include "platform/special/gamma_function.h"
+#include "scalar/short_form.h"
 #include "zomath/scalar.h"
 #include "zomath/vector.h"
 
@@ -25,12 +26,6 @@ constexpr double kInvSqrt2Pi = 0.39894228040143267794;
 constexpr double kPi = 3.14159265358979323846;
 // Values above this are normal doubles with every bit: the direct products are used only there.
 constexpr double kSafeMinimum = DBL_MIN / DBL_EPSILON;
-
-bool any_nanum(std::initializer_list<double> args) {
-  for (double a : args)
-    if (a == NANUM) return true;
-  return false;
-}
 
 bool any_nan(std::initializer_list<double> args) {
   for (double a : args)
@@ -58,7 +53,7 @@ extern "C" {
 
 double normpdf(double x, double mu, double sigma, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({x, mu, sigma})) return NANUM;
+  if (zomath::scalar::any_nanum({x, mu, sigma})) return NANUM;
   if (any_nan({x, mu, sigma}) || !(sigma > 0)) return bad_parameter(pnError);
   const dd::Double2 d = dd::two_sum(x, -mu);
   if (std::isnan(d.hi)) return bad_parameter(pnError);  // x and mu the same infinity
@@ -68,7 +63,7 @@ double normpdf(double x, double mu, double sigma, int* pnError) {
 
 double lognpdf(double x, double mu, double sigma, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({x, mu, sigma})) return NANUM;
+  if (zomath::scalar::any_nanum({x, mu, sigma})) return NANUM;
   if (any_nan({x, mu, sigma}) || !(x > 0 && sigma > 0)) return bad_parameter(pnError);
   if (std::isinf(mu)) return bad_parameter(pnError);
   if (std::isinf(x) || std::isinf(sigma)) return 0;
@@ -77,7 +72,7 @@ double lognpdf(double x, double mu, double sigma, int* pnError) {
 
 double exppdf(double x, double mu, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({x, mu})) return NANUM;
+  if (zomath::scalar::any_nanum({x, mu})) return NANUM;
   if (any_nan({x, mu}) || !(x >= 0 && mu > 0) || std::isinf(mu)) return bad_parameter(pnError);
   if (std::isinf(x)) return 0;
   return mu * exp_minus(dd::two_prod(mu, x));
@@ -85,7 +80,7 @@ double exppdf(double x, double mu, int* pnError) {
 
 double cauchypdf(double x, double a, double b, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({x, a, b})) return NANUM;
+  if (zomath::scalar::any_nanum({x, a, b})) return NANUM;
   if (any_nan({x, a, b}) || !(b > 0)) return bad_parameter(pnError);
   // (b / pi) / ((x - a)^2 + b^2) as 1 / (pi b (1 + u^2)), u = (x - a) / b, which cannot overflow
   // before the value underflows.
@@ -96,7 +91,7 @@ double cauchypdf(double x, double a, double b, int* pnError) {
 
 double lappdf(double x, double mu, double b, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({x, mu, b})) return NANUM;
+  if (zomath::scalar::any_nanum({x, mu, b})) return NANUM;
   if (any_nan({x, mu, b}) || !(b > 0)) return bad_parameter(pnError);
   dd::Double2 d = dd::two_sum(x, -mu);
   if (std::isnan(d.hi)) return bad_parameter(pnError);
@@ -107,7 +102,7 @@ double lappdf(double x, double mu, double b, int* pnError) {
 
 double gampdf(double x, double a, double b, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({x, a, b})) return NANUM;
+  if (zomath::scalar::any_nanum({x, a, b})) return NANUM;
   if (any_nan({x, a, b}) || !(x >= 0 && a > 0 && b > 0) || std::isinf(a) || std::isinf(b))
     return bad_parameter(pnError);
   if (std::isinf(x)) return 0;
@@ -130,7 +125,7 @@ double gampdf(double x, double a, double b, int* pnError) {
 
 double poisspdf(int k, double lambda, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({lambda})) return NANUM;
+  if (zomath::scalar::any_nanum({lambda})) return NANUM;
   if (std::isnan(lambda) || !(k >= 0 && lambda > 0) || std::isinf(lambda))
     return bad_parameter(pnError);
   // Below k = 100 the product lambda^k e^-lambda / k! wherever its factors stay normal doubles;
@@ -148,7 +143,7 @@ double poisspdf(int k, double lambda, int* pnError) {
 
 double betapdf(double x, double a, double b, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({x, a, b})) return NANUM;
+  if (zomath::scalar::any_nanum({x, a, b})) return NANUM;
   platform::NagError err;
   const double v = platform::beta_density(x, a, b, err);
   if (pnError) *pnError = err.code;
@@ -157,7 +152,7 @@ double betapdf(double x, double a, double b, int* pnError) {
 
 double wblpdf(double x, double a, double b, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({x, a, b})) return NANUM;
+  if (zomath::scalar::any_nanum({x, a, b})) return NANUM;
   if (any_nan({x, a, b}) || !(a > 0 && b > 0) || std::isinf(a) || std::isinf(b))
     return bad_parameter(pnError);
   if (x < 0 || std::isinf(x)) return 0;
@@ -168,14 +163,14 @@ double wblpdf(double x, double a, double b, int* pnError) {
 
 double wblcdf(double x, double a, double b, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({x, a, b}) || any_nan({x, a, b}) || !(a > 0 && b > 0)) return NANUM;
+  if (zomath::scalar::any_nanum({x, a, b}) || any_nan({x, a, b}) || !(a > 0 && b > 0)) return NANUM;
   if (x < 0) return 0;
   return -std::expm1(-std::pow(x / a, b));
 }
 
 double wblinv(double p, double a, double b, int* pnError) {
   if (pnError) *pnError = 0;
-  if (any_nanum({p, a, b}) || any_nan({p, a, b}) || !(a > 0 && b > 0 && p >= 0 && p <= 1))
+  if (zomath::scalar::any_nanum({p, a, b}) || any_nan({p, a, b}) || !(a > 0 && b > 0 && p >= 0 && p <= 1))
     return NANUM;
   return a * std::pow(-std::log1p(-p), 1 / b);
 }

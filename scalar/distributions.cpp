@@ -19,6 +19,7 @@
 #include "platform/error_record.h"
 #include "platform/probability_utility.h"
 #include "platform/special/normal_quantile.h"
+#include "scalar/short_form.h"
 #include "zomath/scalar.h"
 
 namespace {
@@ -32,30 +33,16 @@ static_assert(ZOMATH_DIST_BAD_ARGUMENT == platform::kDistributionBadArgument &&
               ZOMATH_DIST_NO_CONVERGENCE == platform::kDistributionNoConvergence,
               "the public codes are the platform routines' own");
 
-bool any_nanum(std::initializer_list<double> args) {
-  for (double a : args)
-    if (a == NANUM) return true;
-  return false;
-}
-
 double missing(int* pnError) {
   if (pnError) *pnError = 0;
   return NANUM;
 }
 
-// Runs a platform routine with a fresh error record and reports its code. An exception from
-// inside a dependency (an iteration that gave up) is a failure to converge.
+// Runs a platform routine and reports its code; a dependency that gives up is a failure to
+// converge.
 template <class Routine>
 double guarded(int* pnError, Routine routine) {
-  NagError err;
-  double value = 0;
-  try {
-    value = routine(err);
-  } catch (...) {
-    err.fail(platform::kDistributionNoConvergence, "iteration gave up");
-  }
-  if (pnError) *pnError = err.code;
-  return err.code != 0 ? NANUM : value;
+  return zomath::scalar::run_routine(routine, pnError, platform::kDistributionNoConvergence);
 }
 
 // The three probabilities of a count, one picked by nTail: 1 upper, 3 point, others lower.
@@ -82,77 +69,77 @@ double normcdf(double x, int nTail, int* pnError) {
 }
 
 double tcdf(double t, double df, int nTail, int* pnError) {
-  if (any_nanum({t, df})) return missing(pnError);
+  if (zomath::scalar::any_nanum({t, df})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::student_t_probability(t, df, platform::tail_from_code(nTail), e);
   });
 }
 
 double chi2cdf(double x, double df, int nTail, int* pnError) {
-  if (any_nanum({x, df})) return missing(pnError);
+  if (zomath::scalar::any_nanum({x, df})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::chi_square_probability(x, df, platform::tail_from_code(nTail), e);
   });
 }
 
 double fcdf(double f, double ndf, double ddf, int nTail, int* pnError) {
-  if (any_nanum({f, ndf, ddf})) return missing(pnError);
+  if (zomath::scalar::any_nanum({f, ndf, ddf})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::f_probability(f, ndf, ddf, platform::tail_from_code(nTail), e);
   });
 }
 
 double betacdf(double x, double a, double b, int nTail, int* pnError) {
-  if (any_nanum({x, a, b})) return missing(pnError);
+  if (zomath::scalar::any_nanum({x, a, b})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::beta_probability(x, a, b, platform::tail_from_code(nTail), e);
   });
 }
 
 double gamcdf(double g, double a, double b, int nTail, int* pnError) {
-  if (any_nanum({g, a, b})) return missing(pnError);
+  if (zomath::scalar::any_nanum({g, a, b})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::gamma_probability(g, a, b, platform::tail_from_code(nTail), e);
   });
 }
 
 double srangecdf(double q, double v, int nGroups, int* pnError) {
-  if (any_nanum({q, v})) return missing(pnError);
+  if (zomath::scalar::any_nanum({q, v})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::studentized_range_lower(q, v, nGroups, e);
   });
 }
 
 double bivarnormcdf(double x, double y, double dCorr, int* pnError) {
-  if (any_nanum({x, y, dCorr})) return missing(pnError);
+  if (zomath::scalar::any_nanum({x, y, dCorr})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::bivariate_normal_lower(x, y, dCorr, e);
   });
 }
 
 double ncbetacdf(double x, double a, double b, double dLambda, int* pnError) {
-  if (any_nanum({x, a, b, dLambda})) return missing(pnError);
+  if (zomath::scalar::any_nanum({x, a, b, dLambda})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::noncentral_beta_probability(x, a, b, dLambda, Tail::Lower, e);
   });
 }
 
 double ncchi2cdf(double x, double f, double dLambda, int* pnError) {
-  if (any_nanum({x, f, dLambda})) return missing(pnError);
+  if (zomath::scalar::any_nanum({x, f, dLambda})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::noncentral_chi_square_probability(x, f, dLambda, Tail::Lower, e);
   });
 }
 
 double ncfcdf(double x, double df1, double df2, double dLambda, int* pnError) {
-  if (any_nanum({x, df1, df2, dLambda})) return missing(pnError);
+  if (zomath::scalar::any_nanum({x, df1, df2, dLambda})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::noncentral_f_probability(x, df1, df2, dLambda, Tail::Lower, e);
   });
 }
 
 double nctcdf(double x, double df, double dDelta, int* pnError, int nMaxIter) {
-  if (any_nanum({x, df, dDelta})) return missing(pnError);
+  if (zomath::scalar::any_nanum({x, df, dDelta})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     if (nMaxIter < 1) return platform::distribution_failure(e, platform::kDistributionBadParameter,
                                                             "iteration limit below 1");
@@ -190,21 +177,21 @@ double norminv(double p, int* pnError) {
 }
 
 double tinv(double p, double df, int nTail, int* pnError) {
-  if (any_nanum({p, df})) return missing(pnError);
+  if (zomath::scalar::any_nanum({p, df})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::student_t_quantile(p, df, platform::tail_from_code(nTail), e);
   });
 }
 
 double chi2inv(double p, double df, int* pnError) {
-  if (any_nanum({p, df})) return missing(pnError);
+  if (zomath::scalar::any_nanum({p, df})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::chi_square_quantile(p, df, Tail::Lower, e);
   });
 }
 
 double finv(double p, double df1, double df2, int* pnError) {
-  if (any_nanum({p, df1, df2})) return missing(pnError);
+  if (zomath::scalar::any_nanum({p, df1, df2})) return missing(pnError);
   NagError err;
   double value = 0;
   try {
@@ -223,19 +210,19 @@ double finv(double p, double df1, double df2, int* pnError) {
 }
 
 double betainv(double p, double a, double b, int* pnError) {
-  if (any_nanum({p, a, b})) return missing(pnError);
+  if (zomath::scalar::any_nanum({p, a, b})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) { return platform::beta_quantile(p, a, b, e); });
 }
 
 double gaminv(double p, double a, double b, int* pnError) {
-  if (any_nanum({p, a, b})) return missing(pnError);
+  if (zomath::scalar::any_nanum({p, a, b})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::gamma_quantile(p, a, b, Tail::Lower, e);
   });
 }
 
 double srangeinv(double p, double v, int nGroups, int* pnError) {
-  if (any_nanum({p, v})) return missing(pnError);
+  if (zomath::scalar::any_nanum({p, v})) return missing(pnError);
   return guarded(pnError, [&](NagError& e) {
     return platform::studentized_range_quantile(p, v, nGroups, e);
   });

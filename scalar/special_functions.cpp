@@ -20,6 +20,7 @@
 #include "platform/special/polygamma.h"
 #include "platform/special/sine_cosine_integral.h"
 #include "scalar/special_kernels.h"
+#include "scalar/short_form.h"
 #include "zomath/scalar.h"
 
 namespace {
@@ -27,21 +28,6 @@ namespace {
 using zomath::platform::NagError;
 namespace platform = zomath::platform;
 namespace special = zomath::special;
-
-bool any_nanum(std::initializer_list<double> args) {
-  for (double a : args)
-    if (a == NANUM) return true;
-  return false;
-}
-
-// Runs a platform routine with a fresh error record; NANUM when it reports a failure.
-template <class Routine>
-double guarded(Routine routine) {
-  NagError err;
-  err.reset();
-  const double value = routine(err);
-  return err.code != 0 ? NANUM : value;
-}
 
 constexpr double kRootHalf = 0.7071067811865476;  // 1/sqrt 2
 
@@ -53,34 +39,34 @@ extern "C" {
 
 double exp_integral(double x) {
   if (x == NANUM) return NANUM;
-  return guarded([&](NagError& e) { return platform::exp_integral_e1(x, e); });
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::exp_integral_e1(x, e); });
 }
 
 double cos_integral(double x) {
   if (x == NANUM) return NANUM;
-  return guarded([&](NagError& e) { return platform::cosine_integral(x, e); });
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::cosine_integral(x, e); });
 }
 
 double sin_integral(double x) { return x == NANUM ? NANUM : platform::sine_integral(x); }
 
 double gamma_fn(double x) {
   if (x == NANUM) return NANUM;
-  return guarded([&](NagError& e) { return platform::gamma_function(x, e); });
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::gamma_function(x, e); });
 }
 
 double log_gamma(double x) {
   if (x == NANUM) return NANUM;
-  return guarded([&](NagError& e) { return platform::log_gamma_function(x, e); });
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::log_gamma_function(x, e); });
 }
 
 double incomplete_gamma(double a, double x) {
-  if (any_nanum({a, x})) return NANUM;
-  return guarded([&](NagError& e) { return platform::incomplete_gamma_p(a, x, e); });
+  if (zomath::scalar::any_nanum({a, x})) return NANUM;
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::incomplete_gamma_p(a, x, e); });
 }
 
 double real_polygamma(double x, int k) {
   if (x == NANUM) return NANUM;
-  return guarded([&](NagError& e) { return platform::polygamma(x, k, e); });
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::polygamma(x, k, e); });
 }
 
 double cumul_normal(double x) { return x == NANUM ? NANUM : platform::normal_lower_tail(x); }
@@ -100,28 +86,28 @@ double fresnel_s(double x) { return x == NANUM ? NANUM : platform::fresnel_sine(
 double fresnel_c(double x) { return x == NANUM ? NANUM : platform::fresnel_cosine(x); }
 
 double elliptic_integral_rc(double x, double y) {
-  if (any_nanum({x, y})) return NANUM;
-  return guarded([&](NagError& e) { return platform::carlson_rc(x, y, e); });
+  if (zomath::scalar::any_nanum({x, y})) return NANUM;
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::carlson_rc(x, y, e); });
 }
 
 double elliptic_integral_rf(double x, double y, double z) {
-  if (any_nanum({x, y, z})) return NANUM;
-  return guarded([&](NagError& e) { return platform::carlson_rf(x, y, z, e); });
+  if (zomath::scalar::any_nanum({x, y, z})) return NANUM;
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::carlson_rf(x, y, z, e); });
 }
 
 double elliptic_integral_rd(double x, double y, double z) {
-  if (any_nanum({x, y, z})) return NANUM;
-  return guarded([&](NagError& e) { return platform::carlson_rd(x, y, z, e); });
+  if (zomath::scalar::any_nanum({x, y, z})) return NANUM;
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::carlson_rd(x, y, z, e); });
 }
 
 double elliptic_integral_rj(double x, double y, double z, double r) {
-  if (any_nanum({x, y, z, r})) return NANUM;
-  return guarded([&](NagError& e) { return platform::carlson_rj(x, y, z, r, e); });
+  if (zomath::scalar::any_nanum({x, y, z, r})) return NANUM;
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::carlson_rj(x, y, z, r, e); });
 }
 
 double jacobian_theta(int k, double x, double q) {
-  if (any_nanum({x, q})) return NANUM;
-  return guarded([&](NagError& e) { return platform::jacobi_theta(k, x, q, e); });
+  if (zomath::scalar::any_nanum({x, q})) return NANUM;
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::jacobi_theta(k, x, q, e); });
 }
 
 // ---- Prefixed forms ----------------------------------------------------------------------
@@ -144,7 +130,7 @@ double zomath_gamma(double x) { return x == NANUM ? NANUM : special::gamma_kerne
 double zomath_log_gamma(double x) { return x == NANUM ? NANUM : special::log_gamma_kernel(x); }
 
 double zomath_incomplete_gamma(double a, double x) {
-  return any_nanum({a, x}) ? NANUM : special::incomplete_gamma_kernel(a, x);
+  return zomath::scalar::any_nanum({a, x}) ? NANUM : special::incomplete_gamma_kernel(a, x);
 }
 
 double zomath_real_polygamma(double x, int k) {
@@ -172,23 +158,23 @@ double zomath_fresnel_s(double x) { return x == NANUM ? NANUM : special::fresnel
 double zomath_fresnel_c(double x) { return x == NANUM ? NANUM : special::fresnel_c_kernel(x); }
 
 double zomath_elliptic_integral_rc(double x, double y) {
-  return any_nanum({x, y}) ? NANUM : special::carlson_rc_kernel(x, y);
+  return zomath::scalar::any_nanum({x, y}) ? NANUM : special::carlson_rc_kernel(x, y);
 }
 
 double zomath_elliptic_integral_rf(double x, double y, double z) {
-  return any_nanum({x, y, z}) ? NANUM : special::carlson_rf_kernel(x, y, z);
+  return zomath::scalar::any_nanum({x, y, z}) ? NANUM : special::carlson_rf_kernel(x, y, z);
 }
 
 double zomath_elliptic_integral_rd(double x, double y, double z) {
-  return any_nanum({x, y, z}) ? NANUM : special::carlson_rd_kernel(x, y, z);
+  return zomath::scalar::any_nanum({x, y, z}) ? NANUM : special::carlson_rd_kernel(x, y, z);
 }
 
 double zomath_elliptic_integral_rj(double x, double y, double z, double r) {
-  return any_nanum({x, y, z, r}) ? NANUM : special::carlson_rj_kernel(x, y, z, r);
+  return zomath::scalar::any_nanum({x, y, z, r}) ? NANUM : special::carlson_rj_kernel(x, y, z, r);
 }
 
 double zomath_jacobian_theta(int k, double x, double q) {
-  return any_nanum({x, q}) ? NANUM : special::theta_kernel(k, x, q);
+  return zomath::scalar::any_nanum({x, q}) ? NANUM : special::theta_kernel(k, x, q);
 }
 
 // ---- Functions with one form -------------------------------------------------------------
@@ -201,14 +187,14 @@ double erfcinv(double y) {
   if (y == NANUM) return NANUM;
   if (std::isnan(y)) return y;
   if (!(y >= 0.0 && y <= 2.0)) return NANUM;
-  const double x = guarded([&](NagError& e) { return platform::normal_quantile(0.5 * y, e); });
+  const double x = zomath::scalar::run_routine([&](NagError& e) { return platform::normal_quantile(0.5 * y, e); });
   return x == NANUM ? NANUM : -x * kRootHalf;
 }
 
 double erfinv(double y) {
   if (y == NANUM) return NANUM;
   if (std::isnan(y)) return y;
-  return guarded([&](NagError& e) { return platform::inverse_error_function(y, e); });
+  return zomath::scalar::run_routine([&](NagError& e) { return platform::inverse_error_function(y, e); });
 }
 
 double lambertW(double x, int nBranch, int nOffset, int* pnError) {
@@ -237,7 +223,7 @@ double lambertW(double x, int nBranch, int nOffset, int* pnError) {
 }
 
 double zomath_PearsonIV(double x, double y0, double A, double xc, double a, double m, double nu) {
-  if (any_nanum({x, y0, A, xc, a, m, nu})) return NANUM;
+  if (zomath::scalar::any_nanum({x, y0, A, xc, a, m, nu})) return NANUM;
   if (!(a > 0.0) || !(m > 0.5) || !std::isfinite(x + y0 + A + xc + a + m + nu)) return NANUM;
   // k = |Gamma(m + i nu/2) / Gamma(m)|^2 / (a B(m - 1/2, 1/2)), B(m - 1/2, 1/2) =
   // Gamma(m - 1/2) sqrt(pi) / Gamma(m).
