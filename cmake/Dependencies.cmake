@@ -32,12 +32,20 @@ find_library(ZOMATH_FFTW_LIB fftw3)
 zomath_require(ZOMATH_FFTW_INCLUDE "fftw3.h" libfftw3-dev)
 zomath_require(ZOMATH_FFTW_LIB "libfftw3" libfftw3-dev)
 
+# GSL for the adaptive quadrature of the QUADPACK family. Debian's libgsl names libgslcblas as a
+# dependency, but the CBLAS symbols it calls resolve first from the OpenBLAS linked above (it
+# comes earlier in the link line and in the search order), so one BLAS serves the whole library.
+find_path(ZOMATH_GSL_INCLUDE gsl/gsl_integration.h)
+find_library(ZOMATH_GSL_LIB gsl)
+zomath_require(ZOMATH_GSL_INCLUDE "gsl/gsl_integration.h" libgsl-dev)
+zomath_require(ZOMATH_GSL_LIB "libgsl" libgsl-dev)
+
 add_library(zomath_deps INTERFACE)
 target_include_directories(zomath_deps SYSTEM INTERFACE
   ${ZOMATH_BOOST_MATH_INCLUDE} ${ZOMATH_LAPACKE_INCLUDE} ${ZOMATH_CBLAS_INCLUDE}
-  ${ZOMATH_FFTW_INCLUDE})
+  ${ZOMATH_FFTW_INCLUDE} ${ZOMATH_GSL_INCLUDE})
 target_link_libraries(zomath_deps INTERFACE
-  ${ZOMATH_LAPACKE_LIB} ${ZOMATH_OPENBLAS_LIB} ${ZOMATH_FFTW_LIB} m)
+  ${ZOMATH_LAPACKE_LIB} ${ZOMATH_OPENBLAS_LIB} ${ZOMATH_FFTW_LIB} ${ZOMATH_GSL_LIB} m)
 
 if(ZOMATH_BUILD_TESTS)
   find_package(GTest QUIET)

@@ -50,4 +50,58 @@ void release_block(void** pp) {
   *pp = nullptr;
 }
 
+bool is_str_numeric_integer(const char* text) {
+  if (!text) return false;
+  const char* p = text;
+  if (*p == '+' || *p == '-') ++p;
+  const char* digits = p;
+  // Digits before and after the point; count the fraction digits that are not trailing zeros.
+  int intDigits = 0, fracDigits = 0;
+  while (*p >= '0' && *p <= '9') {
+    ++p;
+    ++intDigits;
+  }
+  const char* fraction = nullptr;
+  if (*p == '.') {
+    fraction = ++p;
+    while (*p >= '0' && *p <= '9') {
+      ++p;
+      ++fracDigits;
+    }
+  }
+  if (intDigits + fracDigits == 0) return false;
+  int significantFraction = 0;  // position of the last non-zero fraction digit
+  for (int i = 0; i < fracDigits; ++i)
+    if (fraction[i] != '0') significantFraction = i + 1;
+  const char* mantissaEnd = p;
+  long exponent = 0;
+  if (*p == 'e' || *p == 'E') {
+    ++p;
+    bool negative = false;
+    if (*p == '+' || *p == '-') negative = *p++ == '-';
+    if (!(*p >= '0' && *p <= '9')) return false;
+    while (*p >= '0' && *p <= '9') {
+      if (exponent < 100000) exponent = exponent * 10 + (*p - '0');
+      ++p;
+    }
+    if (negative) exponent = -exponent;
+  }
+  if (*p != '\0') return false;
+  // Zero is whole whatever its exponent.
+  bool allZero = true;
+  for (const char* q = digits; q < mantissaEnd; ++q)
+    if (*q >= '1' && *q <= '9') allZero = false;
+  if (allZero) return true;
+  if (exponent < 0) {
+    // Shifting right: the digits that move into the fraction must all be zero.
+    const long shift = -exponent;
+    if (significantFraction > 0) return false;
+    if (shift > intDigits) return false;
+    for (long i = intDigits - shift; i < intDigits; ++i)
+      if (digits[i] != '0') return false;
+    return true;
+  }
+  return significantFraction <= exponent;
+}
+
 }  // namespace zomath::platform

@@ -26,4 +26,10 @@ inline constexpr double kCompareTolerance = 1e-12;
 // nothing; any other op gives false.
 bool compare_doubles(double a, double b, char op, double tol = kCompareTolerance);
 
+// Whether the text is a whole number written in decimal: an optional sign, digits, an optional
+// fraction and an optional exponent ("12", "-3", "1.5e+06"), whose value has no fractional part
+// (so "1.5e+06" is whole, "2.5" and "1e-300" are not). Leading or trailing blanks, an empty
+// text, "inf" and "nan" are not whole numbers. Null gives false.
+bool is_str_numeric_integer(const char* text);
+
 }  // namespace zomath::platform

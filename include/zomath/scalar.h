@@ -7,6 +7,11 @@
 #ifndef ZOMATH_SCALAR_H
 #define ZOMATH_SCALAR_H
 
+#ifndef __cplusplus
+#include <stdbool.h>
+#endif
+#include <stddef.h>
+
 #include "zomath/core.h"
 
 ZOMATH_EXTERN_C_BEGIN
@@ -282,6 +287,161 @@ ZOMATH_API d_complex rpow(d_complex z, double r);
 /* z^w = exp(w log z); z = 0: NANUM if w has a non-zero imaginary part or a negative real part,
  * 1 for w = 0, else 0. */
 ZOMATH_API d_complex cpowz(d_complex z, d_complex w);
+
+/* ---- Random variates ---- */
+
+/* Array exports: each fills pOut[0..nSize-1] from a generator seeded afresh and non-repeatably
+ * on every call (two calls never give the same array) and keeps no generator between calls.
+ * They return 0, -151 (ZOMATH_ERR_OPTION) for a null array or nSize < 1, or one of the codes
+ * below; on failure pOut is untouched. A NANUM, NaN or infinite parameter is out of range. */
+enum {
+  ZOMATH_RANDOM_BAD_PARAMETER = 1,    /* a parameter out of range */
+  ZOMATH_RANDOM_BAD_TABLE = 2,        /* disrnd: entries outside [0, 1], a cumulative table
+                                         that decreases, or a total more than 1e-6 from 1 */
+  ZOMATH_RANDOM_NOT_SEMIDEFINITE = 3, /* mvnrnd: covariance not symmetric positive
+                                         semi-definite */
+  ZOMATH_RANDOM_NO_CONVERGENCE = 4,   /* mvnrnd: its eigenvalue iteration did not settle */
+  ZOMATH_RANDOM_NO_MEMORY = 73        /* working storage could not be had */
+};
+
+/* Normal with mean dMean and variance dVariance >= 0 (the variance, not the deviation). */
+ZOMATH_API int normrnd(double* pOut, int nSize, double dMean, double dVariance);
+/* Uniform on [dLow, dHigh), dLow <= dHigh. */
+ZOMATH_API int unifrnd(double* pOut, int nSize, double dLow, double dHigh);
+/* Beta with shapes a, b > 0. */
+ZOMATH_API int betarnd(double* pOut, int nSize, double a, double b);
+/* Cauchy with median a and semi-interquartile range b > 0. */
+ZOMATH_API int caurnd(double* pOut, int nSize, double a, double b);
+/* Gamma with shape a > 0 and scale b > 0. */
+ZOMATH_API int gamrnd(double* pOut, int nSize, double a, double b);
+/* Logistic with mean a and spread b > 0: P(X <= x) = 1 / (1 + exp(-(x - a) / b)). */
+ZOMATH_API int lgsrnd(double* pOut, int nSize, double a, double b);
+/* Lognormal: ln X normal with mean a and variance b >= 0. */
+ZOMATH_API int lognrnd(double* pOut, int nSize, double a, double b);
+/* Weibull with shape a > 0 and b > 0 in P(X > x) = exp(-x^a / b) (so b is the scale to the
+ * power a; wblcdf's scale and shape are the other way round). */
+ZOMATH_API int wblrnd(double* pOut, int nSize, double a, double b);
+/* Exponential with mean a > 0. */
+ZOMATH_API int exprnd(double* pOut, int nSize, double a);
+/* Chi-square, Student t and F with whole degrees of freedom >= 1. */
+ZOMATH_API int chi2rnd(double* pOut, int nSize, int nDf);
+ZOMATH_API int trnd(double* pOut, int nSize, int nDf);
+ZOMATH_API int frnd(double* pOut, int nSize, int nDf1, int nDf2);
+/* Triangular with minimum a, mode b, maximum c, a <= b <= c. */
+ZOMATH_API int trirnd(double* pOut, int nSize, double a, double b, double c);
+/* Binomial: successes in n >= 0 trials of probability 0 <= p <= 1. */
+ZOMATH_API int binornd(int* pOut, int nSize, int n, double p);
+/* Geometric: failures before the first success, 0 < p <= 1 (capped at the largest int). */
+ZOMATH_API int geornd(int* pOut, int nSize, double p);
+/* Negative binomial: successes of probability 0 <= p < 1 before the n-th failure, n >= 1:
+ * P(X = i) = C(n + i - 1, i) p^i (1 - p)^n. */
+ZOMATH_API int nbinrnd(int* pOut, int nSize, int n, double p);
+/* Hypergeometric: specified items in a sample of n1 taken from n2 items of which n3 are
+ * specified; 0 <= n1, n3 <= n2. */
+ZOMATH_API int hygernd(int* pOut, int nSize, int n1, int n2, int n3);
+/* Poisson with mean 0 <= dLambda <= 1e9. */
+ZOMATH_API int poissrnd(int* pOut, int nSize, double dLambda);
+/* Uniform on the integers nLow..nHigh, nLow <= nHigh. */
+ZOMATH_API int unidrnd(int* pOut, int nSize, int nLow, int nHigh);
+/* General discrete: the value nFirst + i with probability pProb[i], i < nCount; with
+ * bCumulative, pProb[i] is P(X <= nFirst + i) instead. A null pProb or nCount < 1 is
+ * ZOMATH_RANDOM_BAD_PARAMETER. */
+ZOMATH_API int disrnd(int* pOut, int nSize, double* pProb, bool bCumulative, int nFirst,
+                      int nCount);
+/* A random permutation of 0..nSize-1 in pOut. */
+ZOMATH_API int permrnd(int* pOut, int nSize);
+/* Multivariate normal of dimension nDim >= 1 with mean pMean[nDim] and covariance pCov (nDim by
+ * nDim, row-major, symmetric positive semi-definite). Fills nRows * nDim vectors of nDim, one
+ * after the other: pOut must hold nRows * nDim * nDim doubles. -151 for a null pointer, nRows
+ * or nDim below 1, or more than INT_MAX vectors. */
+ZOMATH_API int mvnrnd(double* pOut, int nRows, int nDim, double* pMean, double* pCov);
+
+/* The library's own uniform generator on (0, 1): three linear congruential sequences (moduli
+ * 259200, 134456, 243000) shuffled through a table of 97, its state global to the library.
+ * zomath_next(pnIdum): *pnIdum < 0 (or a first use) seeds the generator from it and sets it to
+ * 1; returns the next value, NANUM for a null pointer. zomath_draw(nSeed): nSeed > 0 seeds with
+ * -nSeed and returns 0; otherwise returns the next value. These are also exported as next and
+ * draw, names a host may well define itself, only as next@ZOMATH_1 and draw@ZOMATH_1, so that
+ * they never displace a host's own. */
+ZOMATH_API double zomath_next(int* pnIdum);
+ZOMATH_API double zomath_draw(int nSeed);
+/* zomath_draw(nSeed), then ten further draws that are dropped; returns the first. So a seeded
+ * call returns 0 and leaves the generator eleven steps past its seeding. */
+ZOMATH_API double zomath_uniform_random_number(int nSeed);
+
+/* ---- Named function table ---- */
+
+/* The script language's road to the functions above: a table of 79 named functions, sorted by
+ * name without regard to case, each row telling how an array of doubles is unpacked into the
+ * function's arguments. Modes of zomath_ZT_functions: */
+enum {
+  ZOMATH_ZT_LOOKUP = 1,    /* find pName: *pnIndex (if not null) gets its row; returns the row's
+                              argument count, -1 if not found */
+  ZOMATH_ZT_CALL = 2,      /* call row *pnIndex with pArgs, value to *pResult; returns the
+                              function's code (0 for functions without one), -1 for a null
+                              pointer or a row out of range */
+  ZOMATH_ZT_ARG_COUNT = 3, /* returns the argument count of row *pnIndex, -1 out of range */
+  ZOMATH_ZT_NAME = 4,      /* copies the row's name to pName (room for ZOMATH_ZT_NAME_SIZE
+                              chars); 0, -1 out of range */
+  ZOMATH_ZT_NAME_SIZE = 32
+};
+/* Categories of zomath_ZT_functions_get_list. */
+enum { ZOMATH_ZT_PLAIN = 0, ZOMATH_ZT_CDF = 1, ZOMATH_ZT_PDF = 2, ZOMATH_ZT_INVERSE = 3 };
+
+/* An integrand with its caller's context, for integralZT. */
+typedef struct ZTFInfo {
+  double (*pfn)(double x, void* pData);
+  void* pData;
+} ZTFInfo;
+
+/* A growable array of strings that the library fills and the caller owns. Start from
+ * {NULL, 0, 0}; release with zomath_string_array_clear. */
+typedef struct zomath_StringArray {
+  char** pItems;  /* nSize copies, each ending in '\0' */
+  int nSize;
+  int nCapacity;
+} zomath_StringArray;
+
+/* Appends a copy of pText; returns its index, -11 for a null argument, -166 without memory. */
+ZOMATH_API int zomath_string_array_append(zomath_StringArray* pArray, const char* pText);
+/* Frees every string and the array's block; the array is empty afterwards. Null is ignored. */
+ZOMATH_API void zomath_string_array_clear(zomath_StringArray* pArray);
+
+/* Mode 2 reads as many pArgs as the row's kind needs. An argument that the kind takes as an int
+ * is truncated toward zero (clamped to the int range; NANUM gives a NANUM result and NaN a
+ * NANUM result with code 1, or NaN for functions without a code). poisspdf's k must be printed
+ * by "%g" as a whole number, else the result is 0.0 with code 0. */
+ZOMATH_API int zomath_ZT_functions(unsigned int nMode, char* pName, unsigned long* pnIndex,
+                                   double* pArgs, double* pResult);
+/* The one-row table of `integral` (two arguments): mode 1 looks the name up, mode 2 writes
+ * integralZT(pInfo, pArgs[0], pArgs[1]) to *pResult (-1 for a null pnIndex, pArgs or pResult,
+ * or another row); other modes -1. */
+ZOMATH_API int zomath_ZT_base_functions(unsigned int nMode, char* pName, unsigned long* pnIndex,
+                                        void* pInfo, double* pArgs, double* pResult);
+/* Clears both arrays (either may be null), then appends the name and argument list of every row
+ * of category nCategory, in table order. Returns the count, -1 for none, -166 without memory. */
+ZOMATH_API int zomath_ZT_functions_get_list(zomath_StringArray* pNames,
+                                            zomath_StringArray* pArgLists, int nCategory);
+/* Integral of pInfo->pfn from dFrom to dTo by adaptive quadrature (absolute tolerance 1e-5,
+ * relative 1e-7, at most 500 sub-intervals). A NANUM bound is -infinity (dFrom) or +infinity
+ * (dTo); equal bounds give 0; with an infinite bound the bounds are ordered and the sign follows.
+ * NANUM for a failure (a null pInfo or pfn, a NaN bound, a quadrature failure, whose code stays
+ * in the library's one error record until the next call). */
+ZOMATH_API double integralZT(ZTFInfo* pInfo, double dFrom, double dTo);
+
+#if defined(__LP64__) && (defined(__cplusplus) || (defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L))
+#ifdef __cplusplus
+#define ZOMATH_SCALAR_ASSERT(cond, what) static_assert(cond, what)
+#else
+#define ZOMATH_SCALAR_ASSERT(cond, what) _Static_assert(cond, what)
+#endif
+ZOMATH_SCALAR_ASSERT(offsetof(ZTFInfo, pData) == 8 && sizeof(ZTFInfo) == 16, "ZTFInfo layout");
+ZOMATH_SCALAR_ASSERT(offsetof(zomath_StringArray, nSize) == 8 &&
+                         offsetof(zomath_StringArray, nCapacity) == 12 &&
+                         sizeof(zomath_StringArray) == 16,
+                     "zomath_StringArray layout");
+#undef ZOMATH_SCALAR_ASSERT
+#endif
 
 ZOMATH_EXTERN_C_END
 
