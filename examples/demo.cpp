@@ -44,6 +44,70 @@ void print(const char* title, const std::vector<double>& values, const std::vect
   }
 }
 
+// The road a script language takes: functions found by name in the library's table and called
+// with an array of doubles that each row unpacks as its kind says, and a numerical integral of
+// a host function through the one-row base table.
+void named_functions(const std::vector<double>& present) {
+  std::printf("\nFunctions by name through the table:\n");
+  struct Call {
+    const char* name;
+    std::vector<double> args;
+  };
+  const Call calls[] = {{"Bessel_J0", {2.5}},        {"tinv", {0.975, 12}},
+                        {"poisspdf", {3, 2.5}},      {"poisspdf", {2.5, 2.5}},
+                        {"bivarnormcdf", {0, 0, 0.5}}, {"no_such_function", {1}}};
+  for (const Call& c : calls) {
+    unsigned long index = 0;
+    const int count =
+        zomath_ZT_functions(ZOMATH_ZT_LOOKUP, const_cast<char*>(c.name), &index, nullptr, nullptr);
+    std::string shown = std::string(c.name) + "(";
+    for (std::size_t i = 0; i < c.args.size(); ++i) {
+      char arg[32];
+      std::snprintf(arg, sizeof(arg), "%s%g", i ? ", " : "", c.args[i]);
+      shown += arg;
+    }
+    shown += ")";
+    if (count < 0) {
+      std::printf("  %-24s not in the table\n", shown.c_str());
+      continue;
+    }
+    std::vector<double> args = c.args;
+    args.resize(4, 0.0);
+    double value = NANUM;
+    const int code = zomath_ZT_functions(ZOMATH_ZT_CALL, nullptr, &index, args.data(), &value);
+    std::printf("  %-24s = %.15g (row %lu, code %d)\n", shown.c_str(), value, index, code);
+  }
+  zomath_StringArray names = {nullptr, 0, 0}, argLists = {nullptr, 0, 0};
+  const int inverses = zomath_ZT_functions_get_list(&names, &argLists, ZOMATH_ZT_INVERSE);
+  std::printf("  %d inverse distribution functions:", inverses);
+  for (int i = 0; i < names.nSize; ++i) std::printf(" %s(%s)", names.pItems[i], argLists.pItems[i]);
+  std::printf("\n");
+  zomath_string_array_clear(&names);
+  zomath_string_array_clear(&argLists);
+
+  // The share of a normal fitted to the readings that lies above 25 degC, by integrating its
+  // density from 25 to +infinity (NANUM as the upper bound), beside the closed form.
+  if (present.size() < 2) return;
+  double mean = 0, ss = 0;
+  for (double v : present) mean += v / present.size();
+  for (double v : present) ss += (v - mean) * (v - mean);
+  struct Normal {
+    double mu, sigma;
+  } fitted{mean, std::sqrt(ss / (present.size() - 1))};
+  ZTFInfo info{[](double x, void* p) {
+                 const auto* n = static_cast<Normal*>(p);
+                 return normpdf(x, n->mu, n->sigma, nullptr);
+               },
+               &fitted};
+  unsigned long index = 0;
+  double bounds[2] = {25.0, NANUM}, share = NANUM;
+  zomath_ZT_base_functions(ZOMATH_ZT_LOOKUP, const_cast<char*>("integral"), &index, nullptr,
+                           nullptr, nullptr);
+  zomath_ZT_base_functions(ZOMATH_ZT_CALL, nullptr, &index, &info, bounds, &share);
+  std::printf("  integral of the fitted normal density above 25 degC = %.10f (closed form %.10f)\n",
+              share, normcdf((25.0 - fitted.mu) / fitted.sigma, ZOMATH_TAIL_UPPER, nullptr));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -129,5 +193,7 @@ int main(int argc, char** argv) {
   std::printf("  J0(2.4048...)  = %.3g (first zero)\n", bessel_j0(2.404825557695773));
   std::printf("  Ai(-10)        = %.17g, own kernel %.17g\n", airy_ai(-10.0), zomath_airy_ai(-10.0));
   std::printf("  bessel_y0(0)   = %s (no value exists)\n", bessel_y0(0.0) == NANUM ? "NANUM" : "?");
+
+  named_functions(present);
   return 0;
 }
