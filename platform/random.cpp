@@ -1,9 +1,9 @@
 #include "platform/random.h"
 
 #include <lapacke.h>
+#include <sys/random.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <climits>
 #include <cmath>
@@ -21,22 +21,33 @@ namespace {
 
 using Engine = std::mt19937_64;
 
-// A generator seeded from the system's entropy source, the clock and the four seed words of the
-// original generator state, so that no two calls share a sequence. An entropy source that
-// cannot be opened leaves the clock, which still differs from call to call.
+// Finalizer of SplitMix64 (Steele, Lea and Flood, OOPSLA 2014): spreads every input bit over
+// the output, so that neighbouring clock readings give unrelated seeds.
+std::uint64_t mix64(std::uint64_t z) {
+  z += 0x9e3779b97f4a7c15ULL;
+  z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9ULL;
+  z = (z ^ (z >> 27)) * 0x94d049bb133111ebULL;
+  return z ^ (z >> 31);
+}
+
+// A generator seeded from 64 bits of the kernel's entropy (one getrandom call, or
+// std::random_device where that is missing) mixed with the clock, so that no two calls share
+// a sequence. The engine's own single-value seeding is used: a seed sequence over its whole
+// state would cost tens of microseconds a call, which a host drawing a few values at a time
+// would feel, and 2^64 streams are plenty for non-repeatable sampling.
 Engine fresh_engine() {
-  std::array<std::uint32_t, 12> words{1762543u, 9324783u, 42344u, 742355u};
-  try {
-    std::random_device device;
-    for (std::size_t i = 4; i < 10; ++i) words[i] = device();
-  } catch (...) {
+  std::uint64_t entropy = 0;
+  if (getrandom(&entropy, sizeof(entropy), GRND_NONBLOCK) != static_cast<ssize_t>(sizeof(entropy))) {
+    try {
+      std::random_device device;
+      entropy = (static_cast<std::uint64_t>(device()) << 32) ^ device();
+    } catch (...) {
+      entropy = 0;  // the clock alone still differs from call to call
+    }
   }
   const auto ticks = static_cast<std::uint64_t>(
       std::chrono::high_resolution_clock::now().time_since_epoch().count());
-  words[10] = static_cast<std::uint32_t>(ticks);
-  words[11] = static_cast<std::uint32_t>(ticks >> 32);
-  std::seed_seq seq(words.begin(), words.end());
-  return Engine(seq);
+  return Engine(mix64(entropy) ^ mix64(ticks ^ 0x6a09e667f3bcc909ULL));
 }
 
 // Uniform on (0, 1]: never 0, so its logarithm is finite.

@@ -1,5 +1,5 @@
 // Random variates for the array exports: every routine seeds its own Mersenne twister
-// (std::mt19937_64) non-repeatably on every call, from the system's entropy source mixed with
+// (std::mt19937_64) non-repeatably on every call, from the kernel's entropy source mixed with
 // the clock, fills n values and keeps no generator between calls.
 //
 // Each routine resets `fail`, checks its parameters before it writes anything, and returns 0

@@ -319,6 +319,11 @@ TEST(RandomVariates, TwoCallsGiveDifferentArrays) {
   ASSERT_EQ(mvnrnd(m1.data(), 2, 2, mean, cov), 0);
   ASSERT_EQ(mvnrnd(m2.data(), 2, 2, mean, cov), 0);
   EXPECT_NE(m1, m2);
+  // Calls in quick succession, one value each, are seeded apart.
+  std::vector<double> one(2000);
+  for (double& v : one) ASSERT_EQ(unifrnd(&v, 1, 0, 1), 0);
+  std::sort(one.begin(), one.end());
+  EXPECT_EQ(std::adjacent_find(one.begin(), one.end()), one.end());
 }
 
 TEST(RandomVariates, MultivariateNormalReachesItsMeanAndCovariance) {
