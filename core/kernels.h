@@ -617,4 +617,9 @@ bool find_most(const T* p, std::ptrdiff_t n, unsigned int nBins, const T* pMissi
 // must hold no NaN (it has no place in an order).
 double median_by_selection(double* work, std::size_t n);
 
+// Median of n >= 1 doubles, as median_by_selection gives it, without changing them and without
+// copying all of a large array. Returns false, leaving out alone, when one of them is NaN.
+// Throws ZOMATH_ERROR_NO_MEMORY when working storage can't be had.
+bool median(const double* p, std::size_t n, double& out);
+
 }  // namespace zomath::kernels
