@@ -203,6 +203,14 @@ struct CompensatedSum {
     c += c2;
   }
   double value() const { return s + c; }
+  // value() / n, rounded once but for a last-bit tie: the quotient of the head corrected by
+  // its exact remainder and by what the head left out.
+  double mean(double n) const {
+    double lo;
+    const double hi = two_sum(s, c, lo);
+    const double q = hi / n;
+    return q + (std::fma(-q, n, hi) + lo) / n;
+  }
 };
 
 // Accumulator of an element type: 64-bit integers for integers, compensated double otherwise.
@@ -216,8 +224,11 @@ using SumWord = std::conditional_t<std::is_integral_v<T>,
 template <class T, class Missing>
 double wide_total(const T* p, std::ptrdiff_t n, Missing isMissing) {
   long double w = 0;
-  for (std::ptrdiff_t i = 0; i < n; ++i)
-    if (!isMissing(p[i])) w += static_cast<long double>(p[i]);
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    if (isMissing(p[i])) continue;
+    w += static_cast<long double>(p[i]);
+    if (w != w) return std::numeric_limits<double>::quiet_NaN();  // it stays NaN; x87 is slow on one
+  }
   if (w > std::numeric_limits<double>::max()) return HUGE_VAL;
   if (w < -std::numeric_limits<double>::max()) return -HUGE_VAL;
   return static_cast<double>(w);
@@ -368,11 +379,11 @@ template <class T, class Missing>
   }
   double mean;
   if constexpr (kFloat) {
-    mean = fsum.value() / static_cast<double>(valid);
+    mean = fsum.mean(static_cast<double>(valid));
     // An overflowing total, or a NaN or infinite element: the plain wide sum decides.
     if (!std::isfinite(mean)) {
       long double w = 0;
-      for (std::ptrdiff_t k = 0; k < n; ++k)
+      for (std::ptrdiff_t k = 0; k < n && w == w; ++k)
         if (!isMissing(p[k])) w += static_cast<long double>(p[k]);
       mean = static_cast<double>(w / valid);
     }
