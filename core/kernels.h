@@ -25,7 +25,7 @@ using Wide = long double;
 
 // Compiles a function once for the build's baseline and again for wider vector units (AVX2
 // with FMA, AVX-512), the loader picking the best the processor has. Hot loops that the
-// compiler vectorises are inlined into such functions (see sum_pass).
+// compiler vectorises are inlined into such functions (see scan_pass).
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
 #define ZOMATH_VECTOR_CLONES __attribute__((target_clones("arch=x86-64-v4", "arch=x86-64-v3", "default")))
 #else
@@ -241,17 +241,19 @@ struct SumResult {
   Extremes<T> ext;
 };
 
-// Sum, count and extremes (first positions) of the elements that are not missing. Always
-// inlined, so that each caller compiled for a wider vector unit gets its own vector code.
-template <class T, class Missing>
-[[gnu::always_inline]] inline SumResult<T> sum_pass(const T* p, std::ptrdiff_t n, Missing isMissing) {
+// Count and extremes (first positions) of the elements that are not missing, and their sum
+// unless kWithSum is false. Always inlined, so that each caller compiled for a wider vector
+// unit gets its own vector code.
+template <bool kWithSum, class T, class Missing>
+[[gnu::always_inline]] inline SumResult<T> scan_pass(const T* p, std::ptrdiff_t n, Missing isMissing) {
   using A = SumWord<T>;
   constexpr bool kFloat = std::is_floating_point_v<A>;
   SumResult<T> r;
   CompensatedSum fsum;
   A isum = 0;
   auto add = [&](T x) {
-    if constexpr (kFloat) fsum.add(static_cast<double>(x));
+    if constexpr (!kWithSum) return;
+    else if constexpr (kFloat) fsum.add(static_cast<double>(x));
     else isum += static_cast<A>(x);
   };
   std::ptrdiff_t i = 0, valid = 0;
@@ -280,7 +282,8 @@ template <class T, class Missing>
       const F8 x = simd::load<F8>(p + i);
       const I8 keep = missing_mask(isMissing, x);
       cnt -= keep;
-      if constexpr (kFloat) {
+      if constexpr (!kWithSum) {
+      } else if constexpr (kFloat) {
         const F8 v = keep ? x : F8{};
         const F8 t = fs + v;
         const F8 z = t - fs;
@@ -319,7 +322,8 @@ template <class T, class Missing>
     r.ext.offer(x, i);
   }
   r.valid = valid;
-  if constexpr (kFloat) {
+  if constexpr (!kWithSum) {
+  } else if constexpr (kFloat) {
     r.sum = fsum.value();
     if (!std::isfinite(r.sum)) r.sum = wide_total(p, n, isMissing);
   } else {
@@ -332,7 +336,7 @@ template <class T, class Missing>
 // (sum d^2 - (sum d)^2 / n) / (n - 1) with d = x - mean; the second term takes out most of the
 // rounding error of the mean. Every d and d^2 is carried with its rounding error (two-sum and
 // fma), so the sums see the exact deviations and squares. n of 0 gives NANUM for both, n of 1
-// a variance of 0. Always inlined, as sum_pass.
+// a variance of 0. Always inlined, as scan_pass.
 template <class T, class Missing>
 [[gnu::always_inline]] inline double mean_variance_pass(const T* p, std::ptrdiff_t n,
                                                         Missing isMissing, double* pVariance,

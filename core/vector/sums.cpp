@@ -14,8 +14,8 @@ using zomath::kernels::SumResult;
 
 template <class T>
 [[gnu::always_inline]] inline SumResult<T> sum_any(const T* p, std::ptrdiff_t n, const T* pMissing) {
-  if (pMissing) return zomath::kernels::sum_pass(p, n, EqualsMissing<T>{*pMissing});
-  return zomath::kernels::sum_pass(p, n, NoMissing{});
+  if (pMissing) return zomath::kernels::scan_pass<true>(p, n, EqualsMissing<T>{*pMissing});
+  return zomath::kernels::scan_pass<true>(p, n, NoMissing{});
 }
 
 template <class T>

@@ -139,16 +139,16 @@ TEST(MeanVarianceAccuracy, LargeOffsetAgainstExactIntegers) {
   }
 }
 
-// Plain scan for the reference extremes: the first position of the smallest and of the
-// largest element that is not missing and not NaN.
-template <class T>
-void scan(const std::vector<T>& x, bool skipNanum, int& iMin, int& iMax, int& valid) {
+// Plain scan for the reference extremes over [first, last): the first position of the
+// smallest and of the largest element that is not missing and not NaN, and the count of
+// elements that are not missing.
+template <class T, class Missing>
+void scan(const std::vector<T>& x, std::size_t first, std::size_t last, Missing missing, int& iMin,
+          int& iMax, int& valid) {
   iMin = iMax = -1;
   valid = 0;
-  for (std::size_t i = 0; i < x.size(); ++i) {
-    if constexpr (std::is_same_v<T, double>) {
-      if (skipNanum && x[i] == NANUM) continue;
-    }
+  for (std::size_t i = first; i < last; ++i) {
+    if (missing(x[i])) continue;
     ++valid;
     if (x[i] != x[i]) continue;
     const int k = static_cast<int>(i);
@@ -194,7 +194,8 @@ TYPED_TEST(SumLanes, ExtremesAndCountsMatchAPlainScan) {
       int iMin, iMax, valid, wantMin, wantMax, wantValid;
       T lo, hi;
       const double s = sum_of(x, &lo, &hi, &iMin, &iMax);
-      scan(x, true, wantMin, wantMax, wantValid);
+      scan(x, 0, n, [](T v) { return std::is_same_v<T, double> && v == T(NANUM); }, wantMin,
+           wantMax, wantValid);
       EXPECT_EQ(iMin, wantMin) << n;
       EXPECT_EQ(iMax, wantMax) << n;
       if (wantMin >= 0) {
@@ -211,6 +212,50 @@ TYPED_TEST(SumLanes, ExtremesAndCountsMatchAPlainScan) {
         for (T v : x) plain += v;
         EXPECT_EQ(s, plain);
       }
+    }
+  }
+}
+
+unsigned minmax_of(const std::vector<double>& x, unsigned f, unsigned l, unsigned* a, unsigned* b) {
+  return unsigned(zomath_d_minmax(x.data(), f, l, a, b));
+}
+#define MINMAX_OF(L, T)                                                                        \
+  unsigned minmax_of(const std::vector<T>& x, unsigned f, unsigned l, unsigned* a, unsigned* b) { \
+    const T missing[] = {3};                                                                   \
+    return unsigned(zomath_##L##_minmax(x.data(), f, l, missing, a, b));                       \
+  }
+MINMAX_OF(f, float)
+MINMAX_OF(i, int)
+MINMAX_OF(b, unsigned char)
+MINMAX_OF(us, unsigned short)
+MINMAX_OF(s, short)
+MINMAX_OF(c, char)
+
+template <class T>
+class MinmaxLanes : public ::testing::Test {};
+using MinmaxTypes = ::testing::Types<double, float, int, unsigned char, unsigned short, short, char>;
+TYPED_TEST_SUITE(MinmaxLanes, MinmaxTypes);
+
+// As above over a sub-range, positions those of the caller's array; 3 is the missing value of
+// the typed forms, NANUM that of the double one.
+TYPED_TEST(MinmaxLanes, SubRangeMatchesAPlainScan) {
+  using T = TypeParam;
+  std::mt19937_64 rng(9);
+  std::uniform_int_distribution<int> pick(-4, 4);
+  const auto missing = [](T v) { return std::is_same_v<T, double> ? v == T(NANUM) : v == T(3); };
+  for (const std::size_t n : kSizes) {
+    for (int rep = 0; rep < 10; ++rep) {
+      std::vector<T> x(n + 5);
+      for (T& v : x) {
+        v = static_cast<T>(pick(rng));
+        if (std::is_same_v<T, double> && v == T(3)) v = T(NANUM);
+      }
+      int wantMin, wantMax, valid;
+      scan(x, 2, n + 2, missing, wantMin, wantMax, valid);
+      unsigned iMin = 0, iMax = 0;
+      EXPECT_EQ(minmax_of(x, 2, unsigned(n + 1), &iMin, &iMax), unsigned(n - valid)) << n;
+      EXPECT_EQ(int(iMin), wantMin) << n;
+      EXPECT_EQ(int(iMax), wantMax) << n;
     }
   }
 }
