@@ -61,7 +61,7 @@ bool median(const double* p, std::size_t n, double& out) {
     // whole block fits, each element is written to the next free slot and the slot is kept
     // only when the element lies between (no branch to mispredict); after that it only counts.
     constexpr std::size_t kBlock = 1024;
-    const std::size_t room = 2 * ((kHi - kLo + 1) * (n / s + 1)) + kBlock;
+    const std::size_t room = std::min(2 * (kHi - kLo + 1) * (n / s + 1), n) + kBlock;
     NRVec<double> between(static_cast<int>(room));
     double* b = between.Data();
     std::size_t below = 0, above = 0, mid = 0;

@@ -156,7 +156,7 @@ constexpr int kLanes = 8;
 // Eight-lane vectors of GCC's vector extension: one AVX-512 register, two AVX ones or four SSE2
 // ones, whichever the function is compiled for.
 #pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpsabi"  // the vectors never cross a non-inlined call
+#pragma GCC diagnostic ignored "-Wpsabi"  // the vectors of the passes below never cross a call
 namespace simd {
 typedef double F8 __attribute__((vector_size(64)));
 typedef long long I8 __attribute__((vector_size(64)));
@@ -181,7 +181,6 @@ template <class T>
 [[gnu::always_inline]] inline simd::I8 missing_mask(const EqualsMissing<T>& m, const simd::F8& x) {
   return ~(x == static_cast<double>(m.m));  // as x != m, but GCC keeps == in vector form
 }
-#pragma GCC diagnostic pop
 
 // Running sum plus, apart, the sum of the rounding errors of each addition.
 struct CompensatedSum {
@@ -432,6 +431,8 @@ template <class T, class Missing>
   *pVariance = (sdd - sd * sd / static_cast<double>(valid)) / static_cast<double>(valid - 1);
   return mean;
 }
+
+#pragma GCC diagnostic pop
 
 // Linear map of [fromLow, fromHigh] onto [toLow, toHigh], in place: below and above the range
 // the ends, inside toLow + 0.5 + (toHigh - toLow) (x - fromLow) / (fromHigh - fromLow). The half
