@@ -153,10 +153,13 @@ std::ptrdiff_t minmax_in_range(const T* p, std::ptrdiff_t n, T low, T high, cons
 // Independent accumulators of the vectorised passes, enough to fill an AVX-512 register.
 constexpr int kLanes = 8;
 
+// GCC notes that passing such vectors would change the ABI; those of the passes below live in
+// inlined code and never cross a call.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpsabi"
+
 // Eight-lane vectors of GCC's vector extension: one AVX-512 register, two AVX ones or four SSE2
 // ones, whichever the function is compiled for.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpsabi"  // the vectors of the passes below never cross a call
 namespace simd {
 typedef double F8 __attribute__((vector_size(64)));
 typedef long long I8 __attribute__((vector_size(64)));
@@ -174,11 +177,12 @@ template <class V, class T>
 }  // namespace simd
 
 // Lanes of x that are not missing: all of them, or those unequal to the missing value.
-[[gnu::always_inline]] inline simd::I8 missing_mask(NoMissing, const simd::F8&) {
+template <class F8>
+[[gnu::always_inline]] inline simd::I8 missing_mask(NoMissing, const F8&) {
   return simd::I8{} - 1;
 }
-template <class T>
-[[gnu::always_inline]] inline simd::I8 missing_mask(const EqualsMissing<T>& m, const simd::F8& x) {
+template <class T, class F8>
+[[gnu::always_inline]] inline simd::I8 missing_mask(const EqualsMissing<T>& m, const F8& x) {
   return ~(x == static_cast<double>(m.m));  // as x != m, but GCC keeps == in vector form
 }
 

@@ -6,6 +6,9 @@
 #include "core/kernels.h"
 #include "zomath/vector.h"
 
+// GCC places its vector-ABI note on the passes of core/kernels.h at the end of this file.
+#pragma GCC diagnostic ignored "-Wpsabi"
+
 namespace {
 
 using zomath::kernels::EqualsMissing;
