@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <type_traits>
 
@@ -19,8 +20,17 @@
 
 namespace zomath::kernels {
 
-// Sums of every family are accumulated in the widest floating type.
+// The widest floating type, for the few sums that are not on a hot path.
 using Wide = long double;
+
+// Compiles a function once for the build's baseline and again for wider vector units (AVX2
+// with FMA, AVX-512), the loader picking the best the processor has. Hot loops that the
+// compiler vectorises are inlined into such functions (see scan_pass).
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
+#define ZOMATH_VECTOR_CLONES __attribute__((target_clones("arch=x86-64-v4", "arch=x86-64-v3", "default")))
+#else
+#define ZOMATH_VECTOR_CLONES
+#endif
 
 // Missing-value tests, so that each kernel is compiled once with the test and once without.
 struct NoMissing {
@@ -131,77 +141,302 @@ std::ptrdiff_t minmax_in_range(const T* p, std::ptrdiff_t n, T low, T high, cons
   return missing;
 }
 
-// Sum of the elements that are not missing, with their extremes and count, in one pass.
+// Sums of the sum and mean_variance families. Floating elements are added in double with
+// compensation (Neumaier's scheme: the rounding error of every addition, found exactly by the
+// branch-free two-sum, is summed apart and added at the end), integer elements exactly in 64
+// bits. The compensated error is within eps |S| + O(n^2 eps^2) sum |x|, below the n 2^-64 sum |x|
+// of a long double accumulation for any n under 2^40, and the loops vectorise: kLanes
+// independent accumulators, one per vector lane. A total that is not finite (a NaN or
+// infinite element, or an overflow of double that later terms may undo) is redone in long
+// double, so that such data sums as a plain wide accumulation does.
+
+// Independent accumulators of the vectorised passes, enough to fill an AVX-512 register.
+constexpr int kLanes = 8;
+
+// GCC notes that passing such vectors would change the ABI; those of the passes below live in
+// inlined code and never cross a call.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpsabi"
+
+// Eight-lane vectors of GCC's vector extension: one AVX-512 register, two AVX ones or four SSE2
+// ones, whichever the function is compiled for.
+namespace simd {
+typedef double F8 __attribute__((vector_size(64)));
+typedef long long I8 __attribute__((vector_size(64)));
+template <class T>
+struct Lanes {
+  typedef T type __attribute__((vector_size(kLanes * sizeof(T))));
+};
+// kLanes elements from p (no alignment needed), converted element by element to V.
+template <class V, class T>
+[[gnu::always_inline]] inline V load(const T* p) {
+  typename Lanes<T>::type v;
+  std::memcpy(&v, p, sizeof v);
+  return __builtin_convertvector(v, V);
+}
+}  // namespace simd
+
+// Lanes of x that are not missing: all of them, or those unequal to the missing value.
+template <class F8>
+[[gnu::always_inline]] inline simd::I8 missing_mask(NoMissing, const F8&) {
+  return simd::I8{} - 1;
+}
+template <class T, class F8>
+[[gnu::always_inline]] inline simd::I8 missing_mask(const EqualsMissing<T>& m, const F8& x) {
+  return ~(x == static_cast<double>(m.m));  // as x != m, but GCC keeps == in vector form
+}
+
+// Running sum plus, apart, the sum of the rounding errors of each addition.
+struct CompensatedSum {
+  double s = 0.0, c = 0.0;
+  // Knuth's two-sum: t + e == s + x exactly, whatever the magnitudes.
+  static double two_sum(double a, double b, double& e) {
+    const double t = a + b;
+    const double z = t - a;
+    e = (a - (t - z)) + (b - z);
+    return t;
+  }
+  void add(double x) {
+    double e;
+    s = two_sum(s, x, e);
+    c += e;
+  }
+  void merge(double s2, double c2) {
+    add(s2);
+    c += c2;
+  }
+  double value() const { return s + c; }
+  // value() / n, rounded once but for a last-bit tie: the quotient of the head corrected by
+  // its exact remainder and by what the head left out.
+  double mean(double n) const {
+    double lo;
+    const double hi = two_sum(s, c, lo);
+    const double q = hi / n;
+    return q + (std::fma(-q, n, hi) + lo) / n;
+  }
+};
+
+// Accumulator of an element type: 64-bit integers for integers, compensated double otherwise.
+template <class T>
+using SumWord = std::conditional_t<std::is_integral_v<T>,
+                                   std::conditional_t<std::is_signed_v<T>, long long, unsigned long long>,
+                                   double>;
+
+// Plain long double total of the elements that are not missing, for data whose compensated
+// total is not finite; a total beyond the double range becomes an infinity of its sign.
+template <class T, class Missing>
+double wide_total(const T* p, std::ptrdiff_t n, Missing isMissing) {
+  long double w = 0;
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    if (isMissing(p[i])) continue;
+    w += static_cast<long double>(p[i]);
+    if (w != w) return std::numeric_limits<double>::quiet_NaN();  // it stays NaN; x87 is slow on one
+  }
+  if (w > std::numeric_limits<double>::max()) return HUGE_VAL;
+  if (w < -std::numeric_limits<double>::max()) return -HUGE_VAL;
+  return static_cast<double>(w);
+}
+
 template <class T>
 struct SumResult {
-  Wide sum = 0;
+  double sum = 0;
   std::ptrdiff_t valid = 0;
   Extremes<T> ext;
 };
 
-template <class T>
-SumResult<T> sum(const T* p, std::ptrdiff_t n, const T* pMissing) {
+// Count and extremes (first positions) of the elements that are not missing, and their sum
+// unless kWithSum is false. Always inlined, so that each caller compiled for a wider vector
+// unit gets its own vector code.
+template <bool kWithSum, class T, class Missing>
+[[gnu::always_inline]] inline SumResult<T> scan_pass(const T* p, std::ptrdiff_t n, Missing isMissing) {
+  using A = SumWord<T>;
+  constexpr bool kFloat = std::is_floating_point_v<A>;
   SumResult<T> r;
-  with_missing(pMissing, [&](auto isMissing) {
-    Wide s = 0;
-    std::ptrdiff_t valid = 0, i = 0;
-    for (; i < n; ++i) {
-      const T x = p[i];
-      if (isMissing(x)) continue;
-      s += static_cast<Wide>(x);
-      ++valid;
-      if (is_number(x)) {
-        r.ext.seed(x, i);
-        break;
+  CompensatedSum fsum;
+  A isum = 0;
+  auto add = [&](T x) {
+    if constexpr (!kWithSum) return;
+    else if constexpr (kFloat) fsum.add(static_cast<double>(x));
+    else isum += static_cast<A>(x);
+  };
+  std::ptrdiff_t i = 0, valid = 0;
+  // Up to the first element that can seed the extremes (not missing, not NaN).
+  for (; i < n; ++i) {
+    const T x = p[i];
+    if (isMissing(x)) continue;
+    add(x);
+    ++valid;
+    if (is_number(x)) {
+      r.ext.seed(x, i++);
+      break;
+    }
+  }
+  if (!r.ext.empty() && n - i >= kLanes) {
+    // kLanes lanes, each with its own sum, count and extremes, in vector registers. Values
+    // are compared as doubles (exact for every element type); a missing element adds 0 and
+    // can't win.
+    using simd::F8;
+    using simd::I8;
+    const F8 seed = F8{} + static_cast<double>(r.ext.lo);
+    F8 lo = seed, hi = seed, fs = {}, fc = {};
+    I8 iLo = I8{} + r.ext.iMin, iHi = iLo, is = {}, cnt = {};
+    I8 idx = I8{0, 1, 2, 3, 4, 5, 6, 7} + i;
+    for (; i + kLanes <= n; i += kLanes, idx += kLanes) {
+      const F8 x = simd::load<F8>(p + i);
+      const I8 keep = missing_mask(isMissing, x);
+      cnt -= keep;
+      if constexpr (!kWithSum) {
+      } else if constexpr (kFloat) {
+        const F8 v = keep ? x : F8{};
+        const F8 t = fs + v;
+        const F8 z = t - fs;
+        fc += (fs - (t - z)) + (v - z);
+        fs = t;
+      } else {
+        is += keep & simd::load<I8>(p + i);
+      }
+      const I8 below = keep & (x < lo), above = keep & (x > hi);
+      lo = below ? x : lo;
+      iLo = below ? idx : iLo;
+      hi = above ? x : hi;
+      iHi = above ? idx : iHi;
+    }
+    // Lanes merged: the smallest value wins, and between equal ones the earliest position.
+    for (int j = 0; j < kLanes; ++j) {
+      if constexpr (kFloat) fsum.merge(fs[j], fc[j]);
+      else isum += static_cast<A>(is[j]);
+      valid += cnt[j];
+      const T vlo = static_cast<T>(lo[j]), vhi = static_cast<T>(hi[j]);
+      if (vlo < r.ext.lo || (vlo == r.ext.lo && iLo[j] < r.ext.iMin)) {
+        r.ext.lo = vlo;
+        r.ext.iMin = iLo[j];
+      }
+      if (vhi > r.ext.hi || (vhi == r.ext.hi && iHi[j] < r.ext.iMax)) {
+        r.ext.hi = vhi;
+        r.ext.iMax = iHi[j];
       }
     }
-    for (++i; i < n; ++i) {
-      const T x = p[i];
-      if (isMissing(x)) continue;
-      s += static_cast<Wide>(x);
-      ++valid;
-      r.ext.offer(x, i);
-    }
-    r.sum = s;
-    r.valid = valid;
-    return 0;
-  });
+  }
+  for (; i < n; ++i) {
+    const T x = p[i];
+    if (isMissing(x)) continue;
+    add(x);
+    ++valid;
+    r.ext.offer(x, i);
+  }
+  r.valid = valid;
+  if constexpr (!kWithSum) {
+  } else if constexpr (kFloat) {
+    r.sum = fsum.value();
+    if (!std::isfinite(r.sum)) r.sum = wide_total(p, n, isMissing);
+  } else {
+    r.sum = static_cast<double>(isum);
+  }
   return r;
 }
 
 // Mean of the elements that are not missing, and the corrected two-pass variance
 // (sum d^2 - (sum d)^2 / n) / (n - 1) with d = x - mean; the second term takes out most of the
-// rounding error of the mean. n of 0 gives NANUM for both, n of 1 a variance of 0.
-template <class T>
-double mean_variance(const T* p, std::ptrdiff_t n, const T* pMissing, double* pVariance,
-                     std::ptrdiff_t* pnValid) {
-  return with_missing(pMissing, [&](auto isMissing) {
-    Wide s = 0;
-    std::ptrdiff_t valid = 0;
-    for (std::ptrdiff_t i = 0; i < n; ++i) {
-      if (isMissing(p[i])) continue;
-      s += static_cast<Wide>(p[i]);
-      ++valid;
-    }
-    if (pnValid) *pnValid = valid;
-    if (valid == 0) {
-      if (pVariance) *pVariance = NANUM;
-      return static_cast<double>(NANUM);
-    }
-    const Wide mean = s / valid;
-    if (pVariance) {
-      Wide s1 = 0, s2 = 0;
-      for (std::ptrdiff_t i = 0; i < n; ++i) {
-        if (isMissing(p[i])) continue;
-        const Wide d = static_cast<Wide>(p[i]) - mean;
-        s1 += d;
-        s2 += d * d;
+// rounding error of the mean. Every d and d^2 is carried with its rounding error (two-sum and
+// fma), so the sums see the exact deviations and squares. n of 0 gives NANUM for both, n of 1
+// a variance of 0. Always inlined, as scan_pass.
+template <class T, class Missing>
+[[gnu::always_inline]] inline double mean_variance_pass(const T* p, std::ptrdiff_t n,
+                                                        Missing isMissing, double* pVariance,
+                                                        std::ptrdiff_t* pnValid) {
+  using A = SumWord<T>;
+  constexpr bool kFloat = std::is_floating_point_v<A>;
+  A s[kLanes] = {}, c[kLanes] = {};
+  std::ptrdiff_t cnt[kLanes] = {};
+  std::ptrdiff_t i = 0;
+  for (; i + kLanes <= n; i += kLanes) {
+    for (std::ptrdiff_t j = 0; j < kLanes; ++j) {
+      const T x = p[i + j];
+      const bool keep = !isMissing(x);
+      const A v = keep ? static_cast<A>(x) : A(0);
+      cnt[j] += keep;
+      if constexpr (kFloat) {
+        const double t = s[j] + v;
+        const double z = t - s[j];
+        c[j] += (s[j] - (t - z)) + (v - z);
+        s[j] = t;
+      } else {
+        s[j] += v;
       }
-      *pVariance = valid > 1 ? static_cast<double>((s2 - s1 * s1 / valid) / (valid - 1)) : 0.0;
     }
-    return static_cast<double>(mean);
-  });
+  }
+  CompensatedSum fsum;
+  A isum = 0;
+  std::ptrdiff_t valid = 0;
+  for (std::ptrdiff_t j = 0; j < kLanes; ++j) {
+    if constexpr (kFloat) fsum.merge(s[j], c[j]);
+    else isum += s[j];
+    valid += cnt[j];
+  }
+  for (; i < n; ++i) {
+    if (isMissing(p[i])) continue;
+    if constexpr (kFloat) fsum.add(static_cast<double>(p[i]));
+    else isum += static_cast<A>(p[i]);
+    ++valid;
+  }
+  if (pnValid) *pnValid = valid;
+  if (valid == 0) {
+    if (pVariance) *pVariance = NANUM;
+    return static_cast<double>(NANUM);
+  }
+  double mean;
+  if constexpr (kFloat) {
+    mean = fsum.mean(static_cast<double>(valid));
+    // An overflowing total, or a NaN or infinite element: the plain wide sum decides.
+    if (!std::isfinite(mean)) {
+      long double w = 0;
+      for (std::ptrdiff_t k = 0; k < n && w == w; ++k)
+        if (!isMissing(p[k])) w += static_cast<long double>(p[k]);
+      mean = static_cast<double>(w / valid);
+    }
+  } else {
+    mean = static_cast<double>(isum) / static_cast<double>(valid);
+  }
+  if (!pVariance) return mean;
+  if (valid == 1) {
+    *pVariance = 0.0;
+    return mean;
+  }
+  // Lanes of sum d (s1, with its error e1) and sum d^2 (s2, with e2); d = dh + dl exactly, and
+  // d^2 = dh^2 + 2 dh dl to far below the rounding of the result (dl^2 is dropped).
+  double s1[kLanes] = {}, e1[kLanes] = {}, s2[kLanes] = {}, e2[kLanes] = {};
+  auto step = [mean](double x, double& s1j, double& e1j, double& s2j, double& e2j) {
+    double dl;
+    const double dh = CompensatedSum::two_sum(x, -mean, dl);
+    double e;
+    s1j = CompensatedSum::two_sum(s1j, dh, e);
+    e1j += e + dl;
+    const double q = dh * dh;
+    const double ql = std::fma(dh, dh, -q) + 2.0 * dh * dl;
+    s2j = CompensatedSum::two_sum(s2j, q, e);
+    e2j += e + ql;
+  };
+  for (i = 0; i + kLanes <= n; i += kLanes) {
+    for (std::ptrdiff_t j = 0; j < kLanes; ++j) {
+      const T x = p[i + j];
+      // A missing element stands in as the mean: its deviation is 0 and adds nothing.
+      const double v = isMissing(x) ? mean : static_cast<double>(x);
+      step(v, s1[j], e1[j], s2[j], e2[j]);
+    }
+  }
+  for (; i < n; ++i)
+    if (!isMissing(p[i])) step(static_cast<double>(p[i]), s1[0], e1[0], s2[0], e2[0]);
+  CompensatedSum d1, d2;
+  for (std::ptrdiff_t j = 0; j < kLanes; ++j) {
+    d1.merge(s1[j], e1[j]);
+    d2.merge(s2[j], e2[j]);
+  }
+  const double sd = d1.value(), sdd = d2.value();
+  *pVariance = (sdd - sd * sd / static_cast<double>(valid)) / static_cast<double>(valid - 1);
+  return mean;
 }
+
+#pragma GCC diagnostic pop
 
 // Linear map of [fromLow, fromHigh] onto [toLow, toHigh], in place: below and above the range
 // the ends, inside toLow + 0.5 + (toHigh - toLow) (x - fromLow) / (fromHigh - fromLow). The half
@@ -401,5 +636,10 @@ bool find_most(const T* p, std::ptrdiff_t n, unsigned int nBins, const T* pMissi
 // even one the mean of the two middle values: the same numbers a full sort gives. The data
 // must hold no NaN (it has no place in an order).
 double median_by_selection(double* work, std::size_t n);
+
+// Median of n >= 1 doubles, as median_by_selection gives it, without changing them and without
+// copying all of a large array. Returns false, leaving out alone, when one of them is NaN.
+// Throws ZOMATH_ERROR_NO_MEMORY when working storage can't be had.
+bool median(const double* p, std::size_t n, double& out);
 
 }  // namespace zomath::kernels

@@ -5,6 +5,7 @@
 #include <complex>
 #include <cstring>
 #include <limits>
+#include <type_traits>
 #include <vector>
 
 // LAPACKE's complex type as std::complex, which has the layout of d_complex.
@@ -107,27 +108,54 @@ int qr(int m, int n, const double* a, int lda, double* q, int ldq, double* r, in
 
 namespace {
 
-// The three steps of the SVD for either element type. Real and complex LAPACK routines differ
-// only in their names, so each step is a pair of overloads.
-lapack_int reduce(int m, int n, double* a, int lda, double* d, double* e, double* tauq, double* taup) {
-  return LAPACKE_dgebrd(LAPACK_ROW_MAJOR, m, n, a, lda, d, e, tauq, taup);
+// ?gesdd, real and complex, with the workspace LAPACK asks for. The real form ignores rwork.
+lapack_int gesdd(char job, int m, int n, double* a, int lda, double* s, double* u, int ldu,
+                 double* vt, int ldvt, double* work, lapack_int lwork, double*, lapack_int* iwork) {
+  return LAPACKE_dgesdd_work(LAPACK_COL_MAJOR, job, m, n, a, lda, s, u, ldu, vt, ldvt, work, lwork,
+                             iwork);
 }
-lapack_int reduce(int m, int n, cplx* a, int lda, double* d, double* e, cplx* tauq, cplx* taup) {
-  return LAPACKE_zgebrd(LAPACK_ROW_MAJOR, m, n, a, lda, d, e, tauq, taup);
+lapack_int gesdd(char job, int m, int n, cplx* a, int lda, double* s, cplx* u, int ldu, cplx* vt,
+                 int ldvt, cplx* work, lapack_int lwork, double* rwork, lapack_int* iwork) {
+  return LAPACKE_zgesdd_work(LAPACK_COL_MAJOR, job, m, n, a, lda, s, u, ldu, vt, ldvt, work, lwork,
+                             rwork, iwork);
 }
-lapack_int form(char vect, int m, int n, int k, double* a, int lda, const double* tau) {
-  return LAPACKE_dorgbr(LAPACK_ROW_MAJOR, vect, m, n, k, a, lda, tau);
-}
-lapack_int form(char vect, int m, int n, int k, cplx* a, int lda, const cplx* tau) {
-  return LAPACKE_zungbr(LAPACK_ROW_MAJOR, vect, m, n, k, a, lda, tau);
-}
-lapack_int bidiagonal_qr(char uplo, int k, int ncvt, int nru, double* d, double* e, double* vt,
-                         int ldvt, double* u, int ldu) {
-  return LAPACKE_dbdsqr(LAPACK_ROW_MAJOR, uplo, k, ncvt, nru, 0, d, e, vt, ldvt, u, ldu, nullptr, 1);
-}
-lapack_int bidiagonal_qr(char uplo, int k, int ncvt, int nru, double* d, double* e, cplx* vt,
-                         int ldvt, cplx* u, int ldu) {
-  return LAPACKE_zbdsqr(LAPACK_ROW_MAJOR, uplo, k, ncvt, nru, 0, d, e, vt, ldvt, u, ldu, nullptr, 1);
+
+double real_part(double x) { return x; }
+double real_part(const cplx& z) { return z.real(); }
+
+// A row-major A is the column-major A^T. With A = U S V^H, A^T = conj(V) S U^T, so LAPACK's
+// column-major driver run on A^T puts V^H, read row-major, where it writes its U, and U, read
+// row-major, where it writes its V^H: no transposition anywhere. The bidiagonal is finished by
+// divide and conquer (?bdsdc), which gives the values of the QR iteration to rounding and is
+// several times faster when the vectors are wanted.
+template <class T>
+int svd_divide_conquer(int m, int n, T* a, int lda, double* s, T* u, int ldu, T* vt, int ldvt,
+                       NagError& fail) {
+  const int k = std::min(m, n), big = std::max(m, n);
+  const bool vectors = u && vt;
+  if (!s || (vectors && (ldu < k || ldvt < n)) || (!u != !vt))
+    return fail.fail(kLinalgBadArgument, "bad output");
+  const char job = vectors ? 'S' : 'N';
+  T dummy{};
+  T* uu = vectors ? vt : &dummy;
+  T* vv = vectors ? u : &dummy;
+  const int lduu = vectors ? ldvt : 1, ldvv = vectors ? ldu : 1;
+  const std::size_t kk = static_cast<std::size_t>(k);
+  auto iwork = buffer<lapack_int>(8 * kk);
+  // Real workspace of the complex driver: the larger of its two documented bounds.
+  auto rwork = buffer<double>(std::is_same_v<T, double>
+                                  ? 1
+                                  : std::max(7 * kk, kk * std::max<std::size_t>(5 * kk + 7, 2 * big + 2 * kk + 1)));
+  T query{};
+  if (int rc = lapack_status(gesdd(job, n, m, a, lda, s, uu, lduu, vv, ldvv, &query, -1,
+                                   rwork.data(), iwork.data()),
+                             fail, kLinalgBadArgument, "workspace query refused"))
+    return rc;
+  const lapack_int lwork = std::max<lapack_int>(static_cast<lapack_int>(real_part(query)), 1);
+  auto work = buffer<T>(static_cast<std::size_t>(lwork));
+  return lapack_status(gesdd(job, n, m, a, lda, s, uu, lduu, vv, ldvv, work.data(), lwork,
+                             rwork.data(), iwork.data()),
+                       fail, kLinalgNotConverged, "the bidiagonal iteration did not converge");
 }
 
 template <class T>
@@ -137,77 +165,58 @@ void copy_block(int rows, int cols, const T* src, int lds, T* dst, int ldd) {
                 static_cast<std::size_t>(cols) * sizeof(T));
 }
 
-template <class T>
-int svd_bidiagonal(int m, int n, T* a, int lda, double* s, T* u, int ldu, T* vt, int ldvt,
-                   NagError& fail) {
-  const int k = std::min(m, n);
-  const bool vectors = u && vt;
-  if (!s || (vectors && (ldu < k || ldvt < n)) || (!u != !vt))
-    return fail.fail(kLinalgBadArgument, "bad output");
-  auto e = buffer<double>(static_cast<std::size_t>(std::max(k - 1, 1)));
-  auto tauq = buffer<T>(static_cast<std::size_t>(k));
-  auto taup = buffer<T>(static_cast<std::size_t>(k));
-  if (int rc = lapack_status(reduce(m, n, a, lda, s, e.data(), tauq.data(), taup.data()), fail,
-                             kLinalgBadArgument, "bidiagonal reduction refused"))
-    return rc;
-  if (vectors) {
-    // Q is m by k from the first k columns of the reduced matrix, P transposed k by n from its
-    // first k rows; each is formed in place in the output.
-    copy_block(m, k, a, lda, u, ldu);
-    if (int rc = lapack_status(form('Q', m, k, n, u, ldu, tauq.data()), fail, kLinalgBadArgument,
-                               "forming Q refused"))
-      return rc;
-    copy_block(k, n, a, lda, vt, ldvt);
-    if (int rc = lapack_status(form('P', k, n, m, vt, ldvt, taup.data()), fail, kLinalgBadArgument,
-                               "forming P refused"))
-      return rc;
-  }
-  const char uplo = m >= n ? 'U' : 'L';
-  // Without vectors the strides still have to pass the row-major checks.
-  return lapack_status(bidiagonal_qr(uplo, k, vectors ? n : 0, vectors ? m : 0, s, e.data(), vt,
-                                     vectors ? ldvt : 1, u, vectors ? ldu : k),
-                       fail, kLinalgNotConverged, "bidiagonal QR did not converge");
-}
-
 }  // namespace
 
 int svd(int m, int n, double* a, int lda, double* s, double* u, int ldu, double* vt, int ldvt,
         NagError& fail) {
   if (int rc = check_input(m, n, a, lda, fail)) return rc;
-  return svd_bidiagonal(m, n, a, lda, s, u, ldu, vt, ldvt, fail);
+  return svd_divide_conquer(m, n, a, lda, s, u, ldu, vt, ldvt, fail);
 }
 
 int svd(int m, int n, d_complex* a, int lda, double* s, d_complex* u, int ldu, d_complex* vt,
         int ldvt, NagError& fail) {
   if (int rc = check_input(m, n, a, lda, fail)) return rc;
-  return svd_bidiagonal(m, n, as_cplx(a), lda, s, as_cplx(u), ldu, as_cplx(vt), ldvt, fail);
+  return svd_divide_conquer(m, n, as_cplx(a), lda, s, as_cplx(u), ldu, as_cplx(vt), ldvt, fail);
 }
 
 int invert(int n, double* a, int lda, NagError& fail) {
   if (int rc = check_input(n, n, a, lda, fail)) return rc;
+  // A row-major A is the column-major A^T, and inv(A^T) = inv(A)^T: inverting the column-major
+  // matrix in place leaves inv(A) in row-major order. The work is done on a copy so that A
+  // stays as it was on failure.
   const std::size_t nn = static_cast<std::size_t>(n) * n;
   auto lu = buffer<double>(nn);
   auto pivots = buffer<lapack_int>(static_cast<std::size_t>(n));
+  auto iwork = buffer<lapack_int>(static_cast<std::size_t>(n));
+  auto work4 = buffer<double>(4 * static_cast<std::size_t>(n));
   copy_block(n, n, a, lda, lu.data(), n);
-  const double norm1 = LAPACKE_dlange(LAPACK_ROW_MAJOR, '1', n, n, lu.data(), n);
-  if (int rc = lapack_status(LAPACKE_dgetrf(LAPACK_ROW_MAJOR, n, n, lu.data(), n, pivots.data()),
+  // The 1-norm of A is the infinity norm of A^T.
+  const double norm1 = LAPACKE_dlange_work(LAPACK_COL_MAJOR, 'I', n, n, lu.data(), n, work4.data());
+  if (int rc = lapack_status(LAPACKE_dgetrf_work(LAPACK_COL_MAJOR, n, n, lu.data(), n, pivots.data()),
                              fail, kLinalgSingular, "zero pivot: the matrix is singular"))
     return rc;
   // A tiny but nonzero pivot left by rounding would give an inverse of noise: the matrix is
-  // taken as singular when its condition number exceeds 1 / eps.
+  // taken as singular when its condition number exceeds 1 / eps. The estimate costs O(n^2)
+  // beside the O(n^3) factorisation; in the infinity norm of A^T it is that of A in the 1-norm.
   double rcond = 0.0;
-  if (int rc = lapack_status(LAPACKE_dgecon(LAPACK_ROW_MAJOR, '1', n, lu.data(), n, norm1, &rcond),
+  if (int rc = lapack_status(LAPACKE_dgecon_work(LAPACK_COL_MAJOR, 'I', n, lu.data(), n, norm1,
+                                                 &rcond, work4.data(), iwork.data()),
                              fail, kLinalgBadArgument, "condition estimate refused"))
     return rc;
   if (!(rcond >= std::numeric_limits<double>::epsilon()))
     return fail.fail(kLinalgSingular, "the matrix is singular to working precision");
-  auto x = buffer<double>(nn);
-  for (int i = 0; i < n; ++i) x[static_cast<std::size_t>(i) * n + i] = 1.0;
-  if (int rc = lapack_status(LAPACKE_dgetrs(LAPACK_ROW_MAJOR, 'N', n, n, lu.data(), n, pivots.data(),
-                                            x.data(), n),
-                             fail, kLinalgBadArgument, "solve refused"))
+  double query = 0.0;
+  if (int rc = lapack_status(LAPACKE_dgetri_work(LAPACK_COL_MAJOR, n, lu.data(), n, pivots.data(),
+                                                 &query, -1),
+                             fail, kLinalgBadArgument, "workspace query refused"))
     return rc;
-  copy_block(n, n, x.data(), n, a, lda);
+  const lapack_int lwork = std::max<lapack_int>(static_cast<lapack_int>(query), n);
+  auto work = buffer<double>(static_cast<std::size_t>(lwork));
+  if (int rc = lapack_status(LAPACKE_dgetri_work(LAPACK_COL_MAJOR, n, lu.data(), n, pivots.data(),
+                                                 work.data(), lwork),
+                             fail, kLinalgSingular, "zero pivot: the matrix is singular"))
+    return rc;
+  copy_block(n, n, lu.data(), n, a, lda);
   return 0;
 }
 

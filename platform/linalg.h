@@ -1,7 +1,7 @@
 // Dense factorisations over LAPACK (through LAPACKE, row-major): LU with partial pivoting and
 // its solve, QR with the explicit Q, the singular value decomposition by bidiagonal reduction
-// and bidiagonal QR (real and complex), the inverse by LU, and the eigenvalues of a general
-// real pencil.
+// and divide and conquer (real and complex), the inverse by LU, and the eigenvalues of a
+// general real pencil.
 //
 // Matrices are row-major with a row stride (leading dimension) of at least their column count.
 // Each routine returns 0 or one of the codes below, and on failure also records it in `fail`
@@ -19,7 +19,7 @@ namespace zomath::platform {
 // singular to working precision (reciprocal condition number below 2^-52). Callers that can
 // fall back on a pseudo-inverse test for this code.
 constexpr int kLinalgSingular = 366;
-// The bidiagonal QR iteration of an SVD, or the QZ iteration of the eigenvalue problem, did
+// The bidiagonal iteration of an SVD, or the QZ iteration of the eigenvalue problem, did
 // not converge.
 constexpr int kLinalgNotConverged = 367;
 // An input entry is NaN or infinite.
@@ -42,8 +42,8 @@ int qr(int m, int n, const double* a, int lda, double* q, int ldq, double* r, in
        NagError& fail);
 
 // Thin SVD A = U diag(s) VT of an m by n matrix, k = min(m, n): the matrix is reduced to
-// bidiagonal form (upper when m >= n, lower otherwise), Q and P transposed are formed from the
-// reflectors, and the bidiagonal QR iteration finishes. s receives k values in descending
+// bidiagonal form (after a QR factorisation when it is far from square), and divide and
+// conquer on the bidiagonal finishes (LAPACK's ?gesdd). s receives k values in descending
 // order; u (m by k, stride ldu >= k) and vt (k by n, stride ldvt >= n) may both be null for
 // the values alone. a is overwritten. Complex VT is the conjugate transpose of V.
 int svd(int m, int n, double* a, int lda, double* s, double* u, int ldu, double* vt, int ldvt,
@@ -52,7 +52,7 @@ int svd(int m, int n, d_complex* a, int lda, double* s, d_complex* u, int ldu, d
         int ldvt, NagError& fail);
 
 // Inverse of an n by n matrix in place: LU with partial pivoting, a condition check, then the
-// solve against the identity. On kLinalgSingular (or any failure) a is left as it was.
+// inverse from the factors (LAPACK's ?getri). On kLinalgSingular (or any failure) a is left as it was.
 int invert(int n, double* a, int lda, NagError& fail);
 
 // Eigenvalues of the pencil A - lambda B, n by n, by the QZ algorithm: lambda_j = (alphar[j] +

@@ -5,6 +5,9 @@
 #include "core/kernels.h"
 #include "zomath/vector.h"
 
+// GCC places its vector-ABI note on the passes of core/kernels.h at the end of this file.
+#pragma GCC diagnostic ignored "-Wpsabi"
+
 namespace {
 
 using zomath::kernels::Extremes;
@@ -13,11 +16,45 @@ void put(unsigned int* pOut, std::ptrdiff_t i) {
   if (pOut) *pOut = static_cast<unsigned int>(i);
 }
 
+using zomath::kernels::EqualsMissing;
+using zomath::kernels::NoMissing;
+using zomath::kernels::SumResult;
+
+template <class T>
+[[gnu::always_inline]] inline SumResult<T> extremes_any(const T* p, std::ptrdiff_t n,
+                                                        const T* pMissing) {
+  if (pMissing) return zomath::kernels::scan_pass<false>(p, n, EqualsMissing<T>{*pMissing});
+  return zomath::kernels::scan_pass<false>(p, n, NoMissing{});
+}
+
+// The vectorised scan for each element type, compiled for several vector units.
+#define ZOMATH_EXTREMES_KERNEL(T)                                                              \
+  ZOMATH_VECTOR_CLONES SumResult<T> extremes_kernel(const T* p, std::ptrdiff_t n,             \
+                                                    const T* pMissing) {                       \
+    return extremes_any(p, n, pMissing);                                                       \
+  }
+ZOMATH_EXTREMES_KERNEL(double)
+ZOMATH_EXTREMES_KERNEL(float)
+ZOMATH_EXTREMES_KERNEL(int)
+ZOMATH_EXTREMES_KERNEL(unsigned char)
+ZOMATH_EXTREMES_KERNEL(unsigned short)
+ZOMATH_EXTREMES_KERNEL(short)
+ZOMATH_EXTREMES_KERNEL(char)
+#undef ZOMATH_EXTREMES_KERNEL
+
 template <class T>
 int minmax(const T* pData, unsigned int nFirst, unsigned int nLast, const T* pMissing,
            unsigned int* pnIndexMin, unsigned int* pnIndexMax) {
   std::ptrdiff_t iMin = -1, iMax = -1, missing = 0;
-  if (pData) missing = zomath::kernels::minmax(pData, nFirst, nLast, pMissing, iMin, iMax);
+  if (pData && nLast >= nFirst) {
+    const std::ptrdiff_t n = std::ptrdiff_t{nLast} - nFirst + 1;
+    const SumResult<T> r = extremes_kernel(pData + nFirst, n, pMissing);
+    missing = n - r.valid;
+    if (!r.ext.empty()) {
+      iMin = r.ext.iMin + nFirst;
+      iMax = r.ext.iMax + nFirst;
+    }
+  }
   put(pnIndexMin, iMin);
   put(pnIndexMax, iMax);
   return static_cast<int>(missing);

@@ -157,10 +157,10 @@ int zomath_get_median_in_vector(int nSize, const double* pData, double* pMedian)
   if (pMedian) *pMedian = NANUM;
   if (nSize < 1 || !pData || !pMedian) return ZOMATH_ERR_BAD_ARGUMENT;
   try {
-    zomath::NRVec<double> work(pData, nSize);
-    for (int i = 0; i < nSize; ++i)
-      if (work[i] != work[i]) return ZOMATH_ERR_BAD_ARGUMENT;
-    *pMedian = zomath::kernels::median_by_selection(work.Data(), static_cast<std::size_t>(nSize));
+    double median;
+    if (!zomath::kernels::median(pData, static_cast<std::size_t>(nSize), median))
+      return ZOMATH_ERR_BAD_ARGUMENT;  // NaN has no place in an order
+    *pMedian = median;
   } catch (...) {
     return ZOMATH_ERR_SORT_FAILED;
   }

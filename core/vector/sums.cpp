@@ -1,36 +1,78 @@
 // Exports of the sum, mean_variance and cumulative_sum families.
-#include <cfloat>
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
 #include "core/kernels.h"
 #include "zomath/vector.h"
 
+// GCC places its vector-ABI note on the passes of core/kernels.h at the end of this file.
+#pragma GCC diagnostic ignored "-Wpsabi"
+
 namespace {
+
+using zomath::kernels::EqualsMissing;
+using zomath::kernels::NoMissing;
+using zomath::kernels::SumResult;
+
+template <class T>
+[[gnu::always_inline]] inline SumResult<T> sum_any(const T* p, std::ptrdiff_t n, const T* pMissing) {
+  if (pMissing) return zomath::kernels::scan_pass<true>(p, n, EqualsMissing<T>{*pMissing});
+  return zomath::kernels::scan_pass<true>(p, n, NoMissing{});
+}
+
+template <class T>
+[[gnu::always_inline]] inline double mean_variance_any(const T* p, std::ptrdiff_t n,
+                                                       const T* pMissing, double* pVariance,
+                                                       std::ptrdiff_t* pnValid) {
+  if (pMissing)
+    return zomath::kernels::mean_variance_pass(p, n, EqualsMissing<T>{*pMissing}, pVariance, pnValid);
+  return zomath::kernels::mean_variance_pass(p, n, NoMissing{}, pVariance, pnValid);
+}
+
+// One vectorised pass per element type, each compiled for several vector units.
+#define ZOMATH_SUM_KERNEL(T)                                                                   \
+  ZOMATH_VECTOR_CLONES SumResult<T> sum_kernel(const T* p, std::ptrdiff_t n, const T* pMissing) { \
+    return sum_any(p, n, pMissing);                                                            \
+  }
+#define ZOMATH_MEAN_VARIANCE_KERNEL(T)                                                         \
+  ZOMATH_VECTOR_CLONES double mean_variance_kernel(const T* p, std::ptrdiff_t n,               \
+                                                   const T* pMissing, double* pVariance,       \
+                                                   std::ptrdiff_t* pnValid) {                  \
+    return mean_variance_any(p, n, pMissing, pVariance, pnValid);                              \
+  }
+ZOMATH_SUM_KERNEL(double)
+ZOMATH_SUM_KERNEL(float)
+ZOMATH_SUM_KERNEL(unsigned char)
+ZOMATH_SUM_KERNEL(unsigned short)
+ZOMATH_SUM_KERNEL(unsigned int)
+ZOMATH_MEAN_VARIANCE_KERNEL(double)
+ZOMATH_MEAN_VARIANCE_KERNEL(float)
+ZOMATH_MEAN_VARIANCE_KERNEL(unsigned short)
+ZOMATH_MEAN_VARIANCE_KERNEL(unsigned char)
+#undef ZOMATH_SUM_KERNEL
+#undef ZOMATH_MEAN_VARIANCE_KERNEL
 
 template <class T>
 double sum(const T* pData, int nSize, const T* pMissing, T* pMin, T* pMax, int* pnIndexMin,
            int* pnIndexMax, int* pnValid) {
-  zomath::kernels::SumResult<T> r;
-  if (pData && nSize > 0) r = zomath::kernels::sum(pData, nSize, pMissing);
+  SumResult<T> r;
+  if (pData && nSize > 0) r = sum_kernel(pData, nSize, pMissing);
   const bool any = !r.ext.empty();
   if (pMin) *pMin = any ? r.ext.lo : T(0);
   if (pMax) *pMax = any ? r.ext.hi : T(0);
   if (pnIndexMin) *pnIndexMin = static_cast<int>(r.ext.iMin);
   if (pnIndexMax) *pnIndexMax = static_cast<int>(r.ext.iMax);
   if (pnValid) *pnValid = static_cast<int>(r.valid);
-  // A total beyond the double range becomes an infinity of its sign.
-  if (r.sum > DBL_MAX) return HUGE_VAL;
-  if (r.sum < -DBL_MAX) return -HUGE_VAL;
-  return static_cast<double>(r.sum);
+  return r.sum;
 }
 
 template <class T>
 double mean_variance(const T* pData, int nSize, double* pVariance, int* pnValid,
                      const T* pMissing) {
   std::ptrdiff_t valid = 0;
-  const double mean = zomath::kernels::mean_variance(pData, pData ? nSize : 0, pMissing,
-                                                     pVariance, &valid);
+  const double mean = mean_variance_kernel(pData, pData ? std::max(nSize, 0) : 0, pMissing,
+                                           pVariance, &valid);
   if (pnValid) *pnValid = static_cast<int>(valid);
   return mean;
 }

@@ -1,0 +1,341 @@
+#!/usr/bin/python3
+"""Times exports of libzomath beside their NumPy or SciPy counterparts on the same data.
+
+Run with the system Python (it has NumPy and SciPy), from the worktree after a build:
+
+    /usr/bin/python3 bench/numpy_compare.py [--lib build/libzomath.so] [--repeat 7] [--only svd]
+
+Each row loads the same data into both, checks that the two results agree, and prints the best
+of several timed calls of each and their ratio (library time / NumPy time: below 1 the library
+is faster). It is a tool for people, not a test: timings on a shared machine are noisy, so run it
+twice before trusting a ratio. The header names the BLAS that NumPy and the library have mapped,
+and the OpenBLAS kernel in use: a fair comparison needs the same single-threaded library in both.
+
+To add a row: write a function that builds the data and returns a Row (see the existing ones)
+and list it in ROWS.
+"""
+
+import argparse
+import ctypes as C
+import os
+import sys
+import time
+
+import numpy as np
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+NANUM = -1.23456789e-300
+
+dp = C.POINTER(C.c_double)
+ip = C.POINTER(C.c_int)
+up = C.POINTER(C.c_uint)
+
+
+def ptr(a, kind=dp):
+    return a.ctypes.data_as(kind)
+
+
+class Row:
+    """One comparison: lib() and ref() each run the call once and return its result; prepare(),
+    when given, runs untimed before each call (to restore an input overwritten in place);
+    agree(lib_result, ref_result) says whether the results match, as a short text."""
+
+    def __init__(self, name, size, lib, ref, ref_name, agree, prepare=None):
+        self.name, self.size, self.lib, self.ref = name, size, lib, ref
+        self.ref_name, self.agree, self.prepare = ref_name, agree, prepare
+
+
+def best_times(row, repeat):
+    """Best of `repeat` calls of each side. The two sides take turns, so that a burst of load
+    from elsewhere on the machine falls on both alike."""
+    best_lib = best_ref = float("inf")
+    r_lib = r_ref = None
+    for _ in range(repeat):
+        if row.prepare:
+            row.prepare()
+        t0 = time.perf_counter()
+        r_lib = row.lib()
+        t1 = time.perf_counter()
+        r_ref = row.ref()
+        t2 = time.perf_counter()
+        best_lib, best_ref = min(best_lib, t1 - t0), min(best_ref, t2 - t1)
+    return best_lib, r_lib, best_ref, r_ref
+
+
+def rel_close(a, b, rtol):
+    a, b = np.asarray(a, float), np.asarray(b, float)
+    scale = max(np.max(np.abs(b)), np.finfo(float).tiny)
+    err = np.max(np.abs(a - b)) / scale
+    return ("ok" if err <= rtol else "DIFF") + " %.1e" % err
+
+
+# --- rows ------------------------------------------------------------------------------------
+
+def row_d_sum(lib, n, rng):
+    x = rng.standard_normal(n)
+    lo, hi = C.c_double(), C.c_double()
+    imin, imax, nv = C.c_int(), C.c_int(), C.c_int()
+
+    def run():
+        s = lib.zomath_d_sum(ptr(x), n, C.byref(lo), C.byref(hi), C.byref(imin), C.byref(imax),
+                             C.byref(nv))
+        return s, imin.value, imax.value
+
+    def ref():
+        return np.sum(x), int(np.argmin(x)), int(np.argmax(x))
+
+    def agree(a, b):
+        if a[1:] != b[1:]:
+            return "DIFF positions"
+        return rel_close(a[0], b[0], 1e-12)
+
+    return Row("zomath_d_sum", n, run, ref, "sum+argmin+argmax", agree)
+
+
+def row_f_sum(lib, n, rng):
+    x = rng.standard_normal(n).astype(np.float32)
+    lo, hi = C.c_float(), C.c_float()
+    imin, imax = C.c_int(), C.c_int()
+    fp = C.POINTER(C.c_float)
+
+    def run():
+        return lib.zomath_f_sum(ptr(x, fp), n, C.byref(lo), C.byref(hi), C.byref(imin),
+                                C.byref(imax)), imin.value, imax.value
+
+    def ref():
+        return np.sum(x, dtype=np.float64), int(np.argmin(x)), int(np.argmax(x))
+
+    def agree(a, b):
+        return "DIFF positions" if a[1:] != b[1:] else rel_close(a[0], b[0], 1e-12)
+
+    return Row("zomath_f_sum", n, run, ref, "sum(f8)+argmin+argmax", agree)
+
+
+def row_d_minmax(lib, n, rng):
+    x = rng.standard_normal(n)
+    imin, imax = C.c_uint(), C.c_uint()
+
+    def run():
+        lib.zomath_d_minmax(ptr(x), 0, n - 1, C.byref(imin), C.byref(imax))
+        return imin.value, imax.value
+
+    def ref():
+        return int(np.argmin(x)), int(np.argmax(x))
+
+    return Row("zomath_d_minmax", n, run, ref, "argmin+argmax",
+               lambda a, b: "ok" if a == b else "DIFF")
+
+
+def row_d_mean_variance(lib, n, rng):
+    x = 1e3 + rng.standard_normal(n)
+    var, nv = C.c_double(), C.c_int()
+
+    def run():
+        return lib.zomath_d_mean_variance(ptr(x), n, C.byref(var), C.byref(nv)), var.value
+
+    def ref():
+        return np.mean(x), np.var(x, ddof=1)
+
+    def agree(a, b):
+        return rel_close(a[0], b[0], 1e-13) + ", " + rel_close(a[1], b[1], 1e-9)
+
+    return Row("zomath_d_mean_variance", n, run, ref, "mean+var(ddof=1)", agree)
+
+
+def row_d_cumulative_sum(lib, n, rng):
+    x = rng.standard_normal(n)
+    out = np.empty(n)
+    missing = C.c_double(NANUM)
+
+    def run():
+        lib.zomath_d_cumulative_sum(ptr(x), 0, n, ptr(out), C.byref(missing))
+        return out
+
+    return Row("zomath_d_cumulative_sum", n, run, lambda: np.cumsum(x), "cumsum",
+               lambda a, b: rel_close(a[-1], b[-1], 1e-9))
+
+
+def row_median(lib, n, rng):
+    x = rng.standard_normal(n)
+    med = C.c_double()
+
+    def run():
+        lib.zomath_get_median_in_vector(n, ptr(x), C.byref(med))
+        return med.value
+
+    return Row("zomath_get_median_in_vector", n, run, lambda: np.median(x), "median",
+               lambda a, b: "ok" if a == b else "DIFF %.17g %.17g" % (a, b))
+
+
+def square(rng, n):
+    return np.ascontiguousarray(rng.uniform(-1.0, 1.0, (n, n)))
+
+
+def row_svd(lib, n, rng):
+    a = square(rng, n)
+    s, u, vt = np.empty(n), np.empty((n, n)), np.empty((n, n))
+
+    def run():
+        rc = lib.zomath_svd(n, n, ptr(a), ptr(s), ptr(u), ptr(vt))
+        return rc, s.copy(), u.copy(), vt.copy()
+
+    def ref():
+        return np.linalg.svd(a, full_matrices=False)
+
+    def agree(r, b):
+        rc, s_, u_, vt_ = r
+        if rc:
+            return "DIFF code %d" % rc
+        recon = (u_ * s_) @ vt_
+        return ("values " + rel_close(s_, b[1], 1e-13) + ", A=USV' " + rel_close(recon, a, 1e-12))
+
+    return Row("zomath_svd", "%dx%d" % (n, n), run, ref, "linalg.svd", agree)
+
+
+def row_inverse(lib, n, rng):
+    a = square(rng, n)
+    work = np.empty_like(a)
+
+    def run():
+        rc = lib.zomath_inverse(ptr(work), n)
+        return rc, work.copy()
+
+    def agree(r, b):
+        if r[0]:
+            return "DIFF code %d" % r[0]
+        return rel_close(r[1], b, 1e-9) + ", |AX-I| %.1e" % np.max(np.abs(a @ r[1] - np.eye(n)))
+
+    return Row("zomath_inverse", "%dx%d" % (n, n), run, lambda: np.linalg.inv(a), "linalg.inv",
+               agree, prepare=lambda: np.copyto(work, a))
+
+
+def row_pinv(lib, n, rng):
+    a = np.ascontiguousarray(rng.uniform(-1.0, 1.0, (n + n // 2, n)))
+    out = np.empty((n, a.shape[0]))
+
+    def run():
+        rc = lib.zomath_pinv(ptr(a), ptr(out), a.shape[0], n, C.c_double(0.0))
+        return rc, out.copy()
+
+    def agree(r, b):
+        return "DIFF code %d" % r[0] if r[0] else rel_close(r[1], b, 1e-9)
+
+    return Row("zomath_pinv", "%dx%d" % a.shape, run, lambda: np.linalg.pinv(a), "linalg.pinv",
+               agree)
+
+
+def row_lu_solve(lib, n, rng):
+    a = square(rng, n)
+    b = rng.standard_normal(n)
+    wa, wb, piv = np.empty_like(a), np.empty_like(b), np.empty(n, dtype=np.intc)
+
+    def prepare():
+        np.copyto(wa, a)
+        np.copyto(wb, b)
+
+    def run():
+        rc = lib.zomath_lu_solve(ptr(wa), ptr(wb), ptr(piv, ip), n, 1)
+        return rc, wb.copy()
+
+    def agree(r, ref):
+        return "DIFF code %d" % r[0] if r[0] else rel_close(r[1], ref, 1e-9)
+
+    return Row("zomath_lu_solve", "%dx%d, 1 rhs" % (n, n), run, lambda: np.linalg.solve(a, b),
+               "linalg.solve", agree, prepare=prepare)
+
+
+ROWS = [
+    (row_d_sum, 10_000_000),
+    (row_f_sum, 10_000_000),
+    (row_d_minmax, 10_000_000),
+    (row_d_mean_variance, 10_000_000),
+    (row_d_cumulative_sum, 10_000_000),
+    (row_median, 10_000_000),
+    (row_svd, 300),
+    (row_inverse, 300),
+    (row_pinv, 200),
+    (row_lu_solve, 300),
+]
+
+
+def declare(lib):
+    D, I, U = C.c_double, C.c_int, C.c_uint
+    sig = {
+        "zomath_d_sum": (D, [dp, I, dp, dp, ip, ip, ip]),
+        "zomath_f_sum": (D, [C.c_void_p, I, C.c_void_p, C.c_void_p, ip, ip]),
+        "zomath_d_minmax": (I, [dp, U, U, up, up]),
+        "zomath_d_mean_variance": (D, [dp, I, dp, ip]),
+        "zomath_d_cumulative_sum": (I, [dp, U, U, dp, dp]),
+        "zomath_get_median_in_vector": (I, [I, dp, dp]),
+        "zomath_svd": (I, [I, I, dp, dp, dp, dp]),
+        "zomath_inverse": (I, [dp, I]),
+        "zomath_pinv": (I, [dp, dp, I, I, D]),
+        "zomath_lu_solve": (I, [dp, dp, ip, I, I]),
+    }
+    for name, (res, args) in sig.items():
+        f = getattr(lib, name)
+        f.restype, f.argtypes = res, args
+
+
+def blas_report():
+    """The BLAS and LAPACK files mapped into this process, and what OpenBLAS says of itself."""
+    lines, seen = [], set()
+    with open("/proc/self/maps") as maps:
+        for line in maps:
+            path = line.split()[-1]
+            base = os.path.basename(path)
+            if path.startswith("/") and any(k in base for k in ("blas", "lapack")) and path not in seen:
+                seen.add(path)
+                lines.append("  mapped: %s -> %s" % (path, os.path.realpath(path)))
+    for path in sorted(seen):
+        if "openblas" not in os.path.realpath(path):
+            continue
+        try:
+            ob = C.CDLL(path)
+            ob.openblas_get_corename.restype = C.c_char_p
+            ob.openblas_get_config.restype = C.c_char_p
+            lines.append("  %s: core %s, threads %d, %s" % (
+                os.path.basename(os.path.realpath(path)), ob.openblas_get_corename().decode(),
+                ob.openblas_get_num_threads(), ob.openblas_get_config().decode()))
+        except (OSError, AttributeError):
+            pass
+    env = {k: os.environ[k] for k in os.environ if k.startswith("OPENBLAS") or k.startswith("OMP_")}
+    lines.append("  environment: %s" % (env or "no OPENBLAS_* or OMP_* variables"))
+    return "\n".join(lines)
+
+
+def fmt_time(t):
+    return "%.3g ms" % (t * 1e3) if t >= 1e-4 else "%.3g us" % (t * 1e6)
+
+
+def main():
+    ap = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    ap.add_argument("--lib", default=os.path.join(HERE, "..", "build", "libzomath.so"))
+    ap.add_argument("--repeat", type=int, default=7, help="timed calls of each side (best kept)")
+    ap.add_argument("--only", default="", help="run the rows whose export name contains this")
+    args = ap.parse_args()
+
+    lib = C.CDLL(os.path.abspath(args.lib))
+    declare(lib)
+    np.linalg.svd(np.eye(4))  # map NumPy's LAPACK before the report
+
+    print("NumPy %s, library %s" % (np.__version__, os.path.realpath(args.lib)))
+    print(blas_report())
+    print()
+    head = "| call | size | library | NumPy | counterpart | ratio | agreement |"
+    print(head)
+    print("|---|---|---|---|---|---|---|")
+    for make, n in ROWS:
+        rng = np.random.default_rng(20261122)
+        row = make(lib, n, rng)
+        if args.only and args.only not in row.name:
+            continue
+        t_lib, r_lib, t_ref, r_ref = best_times(row, args.repeat)
+        print("| `%s` | %s | %s | %s | `%s` | %.2fx | %s |" % (
+            row.name, row.size, fmt_time(t_lib), fmt_time(t_ref), row.ref_name, t_lib / t_ref,
+            row.agree(r_lib, r_ref)))
+        sys.stdout.flush()
+
+
+if __name__ == "__main__":
+    main()
