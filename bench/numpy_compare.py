@@ -244,6 +244,28 @@ def row_lu_solve(lib, n, rng):
                "linalg.solve", agree, prepare=prepare)
 
 
+def row_multiple_regression(lib, shape, rng):
+    n, m = shape
+    x = np.ascontiguousarray(rng.standard_normal((n, m)) * 10 + 3)
+    y = 1.5 + x @ (0.1 * np.arange(1, m + 1)) + rng.standard_normal(n)
+    design = np.column_stack([np.ones(n), x])
+    fit = (C.c_double * (9 * (m + 1)))()  # FitParameter records: 9 words each
+
+    def run():
+        rc = lib.zomath_multiple_linear_regression(ptr(x), n, m, ptr(y), None, 0, None, fit, m + 1,
+                                                   None, None, None, None, 0, 0, None, None)
+        return rc, np.array([fit[9 * j] for j in range(m + 1)])
+
+    def ref():
+        return np.linalg.lstsq(design, y, rcond=None)[0]
+
+    def agree(r, b):
+        return "DIFF code %d" % r[0] if r[0] else rel_close(r[1], b, 1e-10)
+
+    return Row("zomath_multiple_linear_regression", "%dx%d" % (n, m), run, ref,
+               "linalg.lstsq([1 X], y)", agree)
+
+
 ROWS = [
     (row_d_sum, 10_000_000),
     (row_f_sum, 10_000_000),
@@ -255,6 +277,8 @@ ROWS = [
     (row_inverse, 300),
     (row_pinv, 200),
     (row_lu_solve, 300),
+    (row_multiple_regression, (100_000, 10)),
+    (row_multiple_regression, (1_000_000, 3)),
 ]
 
 
@@ -271,6 +295,8 @@ def declare(lib):
         "zomath_inverse": (I, [dp, I]),
         "zomath_pinv": (I, [dp, dp, I, I, D]),
         "zomath_lu_solve": (I, [dp, dp, ip, I, I]),
+        "zomath_multiple_linear_regression": (I, [dp, U, U, dp, dp, U, C.c_void_p, C.c_void_p, U,
+                                                  C.c_void_p, C.c_void_p, dp, dp, U, U, dp, dp]),
     }
     for name, (res, args) in sig.items():
         f = getattr(lib, name)

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <new>
 #include <vector>
 
@@ -24,6 +25,14 @@ std::vector<T> buffer(std::size_t n) {
   } catch (const std::bad_alloc&) {
     throw ZOMATH_ERROR_NO_MEMORY;
   }
+}
+
+// Storage left uninitialised, for the large arrays whose every element is written before it is
+// read (zeroing them would cost a pass over memory).
+std::unique_ptr<double[]> raw_buffer(std::size_t n) {
+  double* p = new (std::nothrow) double[n];
+  if (!p) throw ZOMATH_ERROR_NO_MEMORY;
+  return std::unique_ptr<double[]>(p);
 }
 
 // A LAPACK result: workspace failures throw; other failures become `code`.
@@ -49,7 +58,8 @@ struct Square {
 // The regression problem: the selected columns, centred on their weighted means when the model
 // has an intercept. Centring takes the intercept's share out of every column, so the columns
 // left are as independent as the data make them (Longley's condition number drops from 4e4 to
-// 1e2 with columns at unit norm), and the fitted values come from small numbers.
+// 1e2 with columns at unit norm), and the fitted values come from small numbers. The centres
+// need not be exact means: whatever is left over lies along the intercept's column.
 struct Problem {
   int n = 0, ldx = 0, ic = 0, ip = 0, nEff = 0;
   const double *x = nullptr, *y = nullptr, *w = nullptr;
@@ -61,28 +71,13 @@ struct Problem {
   double column(int i, std::size_t t) const {
     return x[static_cast<std::size_t>(i) * ldx + cols[t]] - xbar[t];
   }
-  // Weighted mean over the positive weights, refined by the mean deviation of a second pass.
-  template <class Value>
-  double mean(Value value) const {
-    double sw = 0, s = 0;
-    for (int i = 0; i < n; ++i)
-      if (weight(i) > 0) {
-        sw += weight(i);
-        s += weight(i) * value(i);
-      }
-    const double m1 = s / sw;
-    double d = 0;
-    for (int i = 0; i < n; ++i)
-      if (weight(i) > 0) d += weight(i) * (value(i) - m1);
-    return m1 + d / sw;
-  }
 };
 
 // Q R of the weighted, centred design: positive-weight rows only, column-major, padded with
 // zero rows to at least ip rows so that R is square; c = Q' sqrt(w) (y - ybar).
 struct Factor {
   int rows = 0, ip = 0;
-  std::vector<double> a;    // R above the diagonal, reflectors below
+  std::unique_ptr<double[]> a;  // R above the diagonal, reflectors below
   std::vector<double> tau;  // reflector factors
   std::vector<double> c;
   std::vector<int> obs;     // row of a -> observation
@@ -94,7 +89,9 @@ int factorise(const Problem& p, Factor& f, NagError& fail) {
   f.ip = ip;
   f.rows = std::max(p.nEff, ip);
   const std::size_t rows = static_cast<std::size_t>(f.rows);
-  f.a = buffer<double>(rows * ip);
+  f.a = raw_buffer(rows * ip);
+  for (int j = 0; j < ip; ++j)  // the padding rows
+    std::fill(f.a.get() + j * rows + p.nEff, f.a.get() + (j + 1) * rows, 0.0);
   f.c = buffer<double>(rows);
   f.tau = buffer<double>(static_cast<std::size_t>(ip));
   f.obs = buffer<int>(static_cast<std::size_t>(p.nEff));
@@ -107,22 +104,22 @@ int factorise(const Problem& p, Factor& f, NagError& fail) {
     f.obs[k++] = i;
   }
   double q1 = 0, q2 = 0;
-  int rc = lapack_status(LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.rows, ip, f.a.data(), f.rows,
+  int rc = lapack_status(LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.rows, ip, f.a.get(), f.rows,
                                              f.tau.data(), &q1, -1),
                          fail, kRegressionBadArgument, "QR workspace query refused");
   if (!rc)
-    rc = lapack_status(LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.rows, 1, ip, f.a.data(),
+    rc = lapack_status(LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.rows, 1, ip, f.a.get(),
                                            f.rows, f.tau.data(), f.c.data(), f.rows, &q2, -1),
                        fail, kRegressionBadArgument, "QR workspace query refused");
   if (rc) return rc;
   const lapack_int lwork =
       std::max<lapack_int>({static_cast<lapack_int>(q1), static_cast<lapack_int>(q2), ip, 1});
   auto work = buffer<double>(static_cast<std::size_t>(lwork));
-  rc = lapack_status(LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.rows, ip, f.a.data(), f.rows,
+  rc = lapack_status(LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.rows, ip, f.a.get(), f.rows,
                                          f.tau.data(), work.data(), lwork),
                      fail, kRegressionBadArgument, "QR factorisation refused");
   if (!rc)
-    rc = lapack_status(LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.rows, 1, ip, f.a.data(),
+    rc = lapack_status(LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.rows, 1, ip, f.a.get(),
                                            f.rows, f.tau.data(), f.c.data(), f.rows, work.data(),
                                            lwork),
                        fail, kRegressionBadArgument, "applying Q refused");
@@ -262,26 +259,29 @@ int leverages(const Problem& p, Factor& f, const ScaledSvd& z, int rank, double*
   std::fill(h, h + p.n, 0.0);
   if (rank == 0) return 0;
   const int ip = f.ip;
-  if (int rc = lapack_status(LAPACKE_dorgqr(LAPACK_COL_MAJOR, f.rows, ip, ip, f.a.data(), f.rows,
+  if (int rc = lapack_status(LAPACKE_dorgqr(LAPACK_COL_MAJOR, f.rows, ip, ip, f.a.get(), f.rows,
                                             f.tau.data()),
                              fail, kRegressionBadArgument, "forming Q refused"))
     return rc;
   const std::size_t rows = static_cast<std::size_t>(f.rows);
+  const double* q = f.a.get();
+  std::unique_ptr<double[]> qu;
   if (rank < ip) {
-    auto q = buffer<double>(rows * rank);
+    qu = raw_buffer(rows * rank);
+    std::fill(qu.get(), qu.get() + rows * rank, 0.0);
     for (int t = 0; t < rank; ++t)
       for (int j = 0; j < ip; ++j) {
         const double u = z.u(j, t);
-        const double* qj = &f.a[static_cast<std::size_t>(j) * rows];
-        double* qt = &q[static_cast<std::size_t>(t) * rows];
+        const double* qj = q + static_cast<std::size_t>(j) * rows;
+        double* qt = qu.get() + static_cast<std::size_t>(t) * rows;
         for (std::size_t k = 0; k < rows; ++k) qt[k] += qj[k] * u;
       }
-    f.a.swap(q);
+    q = qu.get();
   }
   for (int k = 0; k < p.nEff; ++k) {
     double s = 0;
     for (int j = 0; j < rank; ++j) {
-      const double v = f.a[static_cast<std::size_t>(j) * rows + k];
+      const double v = q[static_cast<std::size_t>(j) * rows + k];
       s += v * v;
     }
     h[f.obs[k]] = s;
@@ -311,19 +311,31 @@ int multiple_regression(Mean mean, int n, int m, const double* x, int ldx, const
   p.ip = static_cast<int>(nc) + p.ic;
   const int ip = p.ip;
   if (ip < 1) return fail.fail(kRegressionBadArgument, "no parameter to fit");
+  // Checks and the weighted sums of the centres in one pass over the data.
+  p.xbar = buffer<double>(nc);
+  double sumW = 0;
   for (int i = 0; i < n; ++i) {
     const double wi = p.weight(i);
     if (wi < 0) return fail.fail(kRegressionBadArgument, "negative weight", i);
+    const double* xi = x ? x + static_cast<std::size_t>(i) * ldx : nullptr;
     bool finite = std::isfinite(wi) && std::isfinite(y[i]);
-    for (int c : p.cols) finite = finite && std::isfinite(x[static_cast<std::size_t>(i) * ldx + c]);
+    for (std::size_t t = 0; t < nc; ++t) {
+      const double v = xi[p.cols[t]];
+      finite = finite && std::isfinite(v);
+      p.xbar[t] += wi * v;
+    }
     if (!finite) return fail.fail(kRegressionNotFinite, "NaN or infinite value", i);
     if (wi > 0) ++p.nEff;
+    sumW += wi;
+    p.ybar += wi * y[i];
   }
-  p.xbar = buffer<double>(nc);
-  if (p.ic && p.nEff > 0) {
-    p.ybar = p.mean([&](int i) { return y[i]; });
-    for (std::size_t t = 0; t < nc; ++t)
-      p.xbar[t] = p.mean([&](int i) { return x[static_cast<std::size_t>(i) * ldx + p.cols[t]]; });
+  if (p.ic && sumW > 0) {
+    // A sum that overflowed leaves its column uncentred.
+    p.ybar = std::isfinite(p.ybar) ? p.ybar / sumW : 0.0;
+    for (double& v : p.xbar) v = std::isfinite(v) ? v / sumW : 0.0;
+  } else {
+    p.ybar = 0;
+    std::fill(p.xbar.begin(), p.xbar.end(), 0.0);
   }
 
   auto cs = buffer<double>(ip);  // solution in centred coordinates

@@ -63,29 +63,33 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
 
   // The held intercept is taken off y, and the model has no column of ones.
   const bool fixIntercept = opt.FixIntercept;
-  NRVec<double> y(pY, n);
-  if (fixIntercept)
-    for (int i = 0; i < n; ++i) y[i] -= opt.FixInterceptAt;
+  NRVec<double> shifted;
+  if (fixIntercept) {
+    shifted = NRVec<double>(pY, n);
+    for (int i = 0; i < n; ++i) shifted[i] -= opt.FixInterceptAt;
+  }
+  const double* y = fixIntercept ? shifted.Data() : pY;
   const int ip = fixIntercept ? m : m + 1;
   if (ip > n) return kTooManyParameters;
 
   const std::size_t nPacked = static_cast<std::size_t>(ip) * (ip + 1) / 2;
   std::vector<double> b(std::max(ip, 1)), se(std::max(ip, 1)), cov(std::max<std::size_t>(nPacked, 1)),
-      covUnscaled(cov.size()), res(n), h;
+      covUnscaled(cov.size());
+  NRVec<double> res(n), h;  // uninitialised: the solver writes every element
   const bool wantH = pLeverage || pFitError;
-  if (wantH) h.resize(n);
+  if (wantH) h.SetSize(n);
   platform::RegressionOutputs out;
   out.b = b.data();
   out.se = se.data();
   out.cov = cov.data();
   out.covUnscaled = covUnscaled.data();
-  out.res = res.data();
-  out.h = wantH ? h.data() : nullptr;
+  out.res = res.Data();
+  out.h = wantH ? h.Data() : nullptr;
   platform::RegressionSummary sum;
   platform::NagError fail;
   const int rc = platform::multiple_regression(
       fixIntercept ? platform::Mean::Zero : platform::Mean::Include, n, m, pX, m, nullptr,
-      y.Data(), pWeights, kRankTolerance, out, sum, fail);
+      y, pWeights, kRankTolerance, out, sum, fail);
   // No residual degrees of freedom leaves the fit standing with its errors missing.
   if (rc != 0 && rc != platform::kRegressionNoResidualDof) return rc;
   const bool noDof = rc == platform::kRegressionNoResidualDof;
@@ -143,7 +147,7 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
                        : 1 - ((modelDF + df) / df) * (1 - s.RSquare);
     s.ReducedChiSq = meanSquare;
     s.RootMSE = is_nanum(meanSquare) ? NANUM : std::sqrt(meanSquare);
-    s.ResidualNorm = zomath_norm(res.data(), nSize);
+    s.ResidualNorm = zomath_norm(res.Data(), nSize);
   }
   if (pAnova) {
     FitAnovaTable& a = *pAnova;
@@ -161,7 +165,7 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
                    : a.ModelMS / a.ErrorMS;
     a.ProbF = f_upper_probability(a.FValue, modelDF, df);
   }
-  if (pLeverage) std::copy(h.begin(), h.end(), pLeverage);
+  if (pLeverage) std::copy(h.Data(), h.Data() + n, pLeverage);
   if (pFitError) {
     // s sqrt(h / w). The reciprocal weights are left in the caller's array, which the fit's
     // users rely on.
