@@ -170,10 +170,9 @@ int solve_triangular(const Factor& f, std::vector<double>& cs, Square& cc, NagEr
   return 0;
 }
 
-// Rank r < ip: with R D = U S V', c* = D V_r S_r^-1 U_r' c and C = D V_r S_r^-2 V_r' D, a
-// least-squares solution and a generalised inverse of the cross-product matrix.
-void solve_truncated(const Factor& f, const ScaledSvd& z, int rank, std::vector<double>& cs,
-                     Square& cc) {
+// Rank r < ip: with R D = U S V', c* = D V_r S_r^-1 U_r' c, a least-squares solution in the
+// centred coordinates, from which the residuals come.
+void solve_truncated(const Factor& f, const ScaledSvd& z, int rank, std::vector<double>& cs) {
   const int ip = f.ip;
   auto coef = buffer<double>(static_cast<std::size_t>(rank));
   for (int t = 0; t < rank; ++t) {
@@ -186,12 +185,6 @@ void solve_truncated(const Factor& f, const ScaledSvd& z, int rank, std::vector<
     for (int t = 0; t < rank; ++t) d += z.vt(t, j) * coef[t];
     cs[j] = z.d[j] * d;
   }
-  for (int i = 0; i < ip; ++i)
-    for (int j = 0; j <= i; ++j) {
-      double d = 0;
-      for (int t = 0; t < rank; ++t) d += z.vt(t, i) * z.vt(t, j) / (z.s[t] * z.s[t]);
-      cc(i, j) = cc(j, i) = z.d[i] * d * z.d[j];
-    }
 }
 
 // From the centred coordinates back to the caller's: beta = S c* (plus ybar in the intercept)
@@ -207,50 +200,83 @@ void uncentre(const Problem& p, std::vector<double>& beta, Square& cc) {
     for (std::size_t t = 0; t < p.cols.size(); ++t) cc(k, 0) -= cc(k, static_cast<int>(t) + 1) * p.xbar[t];
 }
 
-// Under rank deficiency: beta and C projected onto the row space of the design, the orthogonal
-// complement of its null space S D V(:, r:), which makes beta the minimum-norm solution and C
-// the pseudo-inverse of X'WX in the caller's coordinates.
-void project_to_row_space(const Problem& p, const ScaledSvd& z, int rank, std::vector<double>& beta,
-                          Square& cc) {
+// Under rank deficiency: the minimum-norm estimates and the pseudo-inverse of X'WX in the
+// caller's coordinates. The null space of the design is S D V(:, r:); the Householder Q of its
+// basis, formed in full, gives in its last r columns an orthonormal basis B of the row space.
+// Then beta = B z, z the least-squares solution of Q M z = c with M = R S^-1 B (full column
+// rank), plus ybar times the row-space part of the intercept's unit vector; and C = B (M'M)^-1 B'.
+// Working in the row space directly spares the cancellation of projecting a large solution.
+int solve_min_norm(const Problem& p, const Factor& f, const ScaledSvd& z, int rank,
+                   std::vector<double>& beta, Square& cc, NagError& fail) {
   const int ip = p.ip, k = ip - rank;
-  Square nul(ip);  // first k columns: the null space, then orthonormalised
+  const std::size_t nc = p.cols.size();
+  Square basis(ip);
   for (int c = 0; c < k; ++c) {
-    for (int j = 0; j < ip; ++j) nul(j, c) = z.d[j] * z.vt(rank + c, j);
+    for (int j = 0; j < ip; ++j) basis(j, c) = z.d[j] * z.vt(rank + c, j);
     if (p.ic)
-      for (std::size_t t = 0; t < p.cols.size(); ++t) nul(0, c) -= p.xbar[t] * nul(static_cast<int>(t) + 1, c);
+      for (std::size_t t = 0; t < nc; ++t) basis(0, c) -= p.xbar[t] * basis(static_cast<int>(t) + 1, c);
   }
-  // Modified Gram-Schmidt, twice for orthogonality to working precision.
-  for (int pass = 0; pass < 2; ++pass)
-    for (int c = 0; c < k; ++c) {
-      for (int e = 0; e < c; ++e) {
-        double d = 0;
-        for (int j = 0; j < ip; ++j) d += nul(j, e) * nul(j, c);
-        for (int j = 0; j < ip; ++j) nul(j, c) -= d * nul(j, e);
-      }
-      double norm = 0;
-      for (int j = 0; j < ip; ++j) norm = std::hypot(norm, nul(j, c));
-      for (int j = 0; j < ip; ++j) nul(j, c) /= norm;
+  auto tau = buffer<double>(static_cast<std::size_t>(ip));
+  int rc = lapack_status(LAPACKE_dgeqrf(LAPACK_COL_MAJOR, ip, k, basis.v.data(), ip, tau.data()),
+                         fail, kRegressionBadArgument, "QR of the null space refused");
+  if (!rc)
+    rc = lapack_status(LAPACKE_dorgqr(LAPACK_COL_MAJOR, ip, ip, k, basis.v.data(), ip, tau.data()),
+                       fail, kRegressionBadArgument, "forming the row space refused");
+  if (rc) return rc;
+  auto b = [&](int j, int c) { return basis(j, k + c); };  // the row-space basis, ip by rank
+  // M = R S^-1 B, with S^-1 = [1 xbar'; 0 I].
+  auto m = buffer<double>(static_cast<std::size_t>(ip) * rank);
+  auto sb = buffer<double>(static_cast<std::size_t>(ip));
+  for (int c = 0; c < rank; ++c) {
+    for (int j = 0; j < ip; ++j) sb[j] = b(j, c);
+    if (p.ic)
+      for (std::size_t t = 0; t < nc; ++t) sb[0] += p.xbar[t] * b(static_cast<int>(t) + 1, c);
+    for (int i = 0; i < ip; ++i) {
+      double d = 0;
+      for (int l = i; l < ip; ++l) d += f.r(i, l) * sb[l];
+      m[static_cast<std::size_t>(c) * ip + i] = d;
     }
-  // P = I - N N'.
-  Square proj(ip);
+  }
+  auto ct = buffer<double>(static_cast<std::size_t>(ip));
+  std::copy(f.c.begin(), f.c.begin() + ip, ct.begin());
+  rc = lapack_status(LAPACKE_dgeqrf(LAPACK_COL_MAJOR, ip, rank, m.data(), ip, tau.data()), fail,
+                     kRegressionBadArgument, "QR of the reduced design refused");
+  if (!rc)
+    rc = lapack_status(LAPACKE_dormqr(LAPACK_COL_MAJOR, 'L', 'T', ip, 1, rank, m.data(), ip,
+                                      tau.data(), ct.data(), ip),
+                       fail, kRegressionBadArgument, "applying Q refused");
+  if (!rc)
+    rc = lapack_status(LAPACKE_dtrtrs(LAPACK_COL_MAJOR, 'U', 'N', 'N', rank, 1, m.data(), ip,
+                                      ct.data(), ip),
+                       fail, kRegressionSingular, "zero diagonal in the reduced factor");
+  if (!rc)
+    rc = lapack_status(LAPACKE_dtrtri(LAPACK_COL_MAJOR, 'U', 'N', rank, m.data(), ip), fail,
+                       kRegressionSingular, "zero diagonal in the reduced factor");
+  if (rc) return rc;
+  if (p.ic)
+    for (int c = 0; c < rank; ++c) ct[c] += p.ybar * b(0, c);
+  for (int j = 0; j < ip; ++j) {
+    double d = 0;
+    for (int c = 0; c < rank; ++c) d += b(j, c) * ct[c];
+    beta[j] = d;
+  }
+  // G = R_M^-1 R_M^-T (rank by rank), then C = B G B'.
+  auto rinv = [&](int i, int j) { return j >= i ? m[static_cast<std::size_t>(j) * ip + i] : 0.0; };
+  Square g(rank);
+  for (int i = 0; i < rank; ++i)
+    for (int j = 0; j < rank; ++j) {
+      double d = 0;
+      for (int l = std::max(i, j); l < rank; ++l) d += rinv(i, l) * rinv(j, l);
+      g(i, j) = d;
+    }
   for (int i = 0; i < ip; ++i)
     for (int j = 0; j < ip; ++j) {
       double d = 0;
-      for (int c = 0; c < k; ++c) d += nul(i, c) * nul(j, c);
-      proj(i, j) = (i == j ? 1.0 : 0.0) - d;
+      for (int c = 0; c < rank; ++c)
+        for (int e = 0; e < rank; ++e) d += b(i, c) * g(c, e) * b(j, e);
+      cc(i, j) = d;
     }
-  std::vector<double> pb = buffer<double>(ip);
-  for (int i = 0; i < ip; ++i)
-    for (int j = 0; j < ip; ++j) pb[i] += proj(i, j) * beta[j];
-  beta.swap(pb);
-  Square pc(ip), pcp(ip);
-  for (int i = 0; i < ip; ++i)
-    for (int j = 0; j < ip; ++j)
-      for (int l = 0; l < ip; ++l) pc(i, j) += proj(i, l) * cc(l, j);
-  for (int i = 0; i < ip; ++i)
-    for (int j = 0; j < ip; ++j)
-      for (int l = 0; l < ip; ++l) pcp(i, j) += pc(i, l) * proj(l, j);
-  cc.v.swap(pcp.v);
+  return 0;
 }
 
 // Leverages: squared row norms of the thin Q, or of Q U_r under rank deficiency. Overwrites the
@@ -352,7 +378,7 @@ int multiple_regression(Mean mean, int n, int m, const double* x, int ldx, const
     if (rank == ip) {
       if (int rc = solve_triangular(f, cs, cc, fail)) return rc;
     } else if (rank > 0) {
-      solve_truncated(f, z, rank, cs, cc);
+      solve_truncated(f, z, rank, cs);
     }
   }
   summary.rank = rank;
@@ -372,9 +398,10 @@ int multiple_regression(Mean mean, int n, int m, const double* x, int ldx, const
   summary.df = p.nEff - rank;
 
   std::vector<double> beta = cs;
-  if (rank > 0) {
+  if (rank == ip) {
     uncentre(p, beta, cc);
-    if (rank < ip) project_to_row_space(p, z, rank, beta, cc);
+  } else if (rank > 0) {
+    if (int rc = solve_min_norm(p, f, z, rank, beta, cc, fail)) return rc;
   }
   if (out.b) std::copy(beta.begin(), beta.end(), out.b);
   if (out.h)
