@@ -63,13 +63,13 @@ struct Square {
 struct Problem {
   int n = 0, ldx = 0, ic = 0, ip = 0, nEff = 0;
   const double *x = nullptr, *y = nullptr, *w = nullptr;
-  std::vector<int> cols;
+  std::size_t m = 0;  // columns of x
   std::vector<double> xbar;  // means of the selected columns (0 without intercept)
   double ybar = 0;
 
   double weight(int i) const { return w ? w[i] : 1.0; }
   double column(int i, std::size_t t) const {
-    return x[static_cast<std::size_t>(i) * ldx + cols[t]] - xbar[t];
+    return x[static_cast<std::size_t>(i) * ldx + t] - xbar[t];
   }
 };
 
@@ -99,7 +99,7 @@ int factorise(const Problem& p, Factor& f, NagError& fail) {
     if (!(p.weight(i) > 0)) continue;
     const double sw = p.w ? std::sqrt(p.w[i]) : 1.0;
     if (p.ic) f.a[k] = sw;
-    for (std::size_t t = 0; t < p.cols.size(); ++t) f.a[(t + p.ic) * rows + k] = sw * p.column(i, t);
+    for (std::size_t t = 0; t < p.m; ++t) f.a[(t + p.ic) * rows + k] = sw * p.column(i, t);
     f.c[k] = sw * (p.y[i] - p.ybar);
     f.obs[k++] = i;
   }
@@ -192,12 +192,12 @@ void solve_truncated(const Factor& f, const ScaledSvd& z, int rank, std::vector<
 void uncentre(const Problem& p, std::vector<double>& beta, Square& cc) {
   if (!p.ic) return;
   const int ip = p.ip;
-  for (std::size_t t = 0; t < p.cols.size(); ++t) beta[0] -= beta[t + 1] * p.xbar[t];
+  for (std::size_t t = 0; t < p.m; ++t) beta[0] -= beta[t + 1] * p.xbar[t];
   beta[0] += p.ybar;
   for (int k = 0; k < ip; ++k)  // row 0 of S C
-    for (std::size_t t = 0; t < p.cols.size(); ++t) cc(0, k) -= p.xbar[t] * cc(static_cast<int>(t) + 1, k);
+    for (std::size_t t = 0; t < p.m; ++t) cc(0, k) -= p.xbar[t] * cc(static_cast<int>(t) + 1, k);
   for (int k = 0; k < ip; ++k)  // column 0 of (S C) S'
-    for (std::size_t t = 0; t < p.cols.size(); ++t) cc(k, 0) -= cc(k, static_cast<int>(t) + 1) * p.xbar[t];
+    for (std::size_t t = 0; t < p.m; ++t) cc(k, 0) -= cc(k, static_cast<int>(t) + 1) * p.xbar[t];
 }
 
 // Under rank deficiency: the minimum-norm estimates and the pseudo-inverse of X'WX in the
@@ -209,7 +209,7 @@ void uncentre(const Problem& p, std::vector<double>& beta, Square& cc) {
 int solve_min_norm(const Problem& p, const Factor& f, const ScaledSvd& z, int rank,
                    std::vector<double>& beta, Square& cc, NagError& fail) {
   const int ip = p.ip, k = ip - rank;
-  const std::size_t nc = p.cols.size();
+  const std::size_t nc = p.m;
   Square basis(ip);
   for (int c = 0; c < k; ++c) {
     for (int j = 0; j < ip; ++j) basis(j, c) = z.d[j] * z.vt(rank + c, j);
@@ -317,9 +317,9 @@ int leverages(const Problem& p, Factor& f, const ScaledSvd& z, int rank, double*
 
 }  // namespace
 
-int multiple_regression(Mean mean, int n, int m, const double* x, int ldx, const int* select,
-                        const double* y, const double* w, double tol,
-                        const RegressionOutputs& out, RegressionSummary& summary, NagError& fail) {
+int multiple_regression(Mean mean, int n, int m, const double* x, int ldx, const double* y,
+                        const double* w, double tol, const RegressionOutputs& out,
+                        RegressionSummary& summary, NagError& fail) {
   summary = RegressionSummary{};
   if (n < 1 || m < 0 || !y || (m > 0 && (!x || ldx < m)) || !(tol >= 0) || !std::isfinite(tol))
     return fail.fail(kRegressionBadArgument, "bad size, stride, array or tolerance");
@@ -329,10 +329,8 @@ int multiple_regression(Mean mean, int n, int m, const double* x, int ldx, const
   p.x = x;
   p.y = y;
   p.w = w;
-  p.cols = buffer<int>(0);
-  for (int j = 0; j < m; ++j)
-    if (!select || select[j]) p.cols.push_back(j);
-  const std::size_t nc = p.cols.size();
+  p.m = static_cast<std::size_t>(m);
+  const std::size_t nc = p.m;
   p.ic = mean == Mean::Include ? 1 : 0;
   p.ip = static_cast<int>(nc) + p.ic;
   const int ip = p.ip;
@@ -346,7 +344,7 @@ int multiple_regression(Mean mean, int n, int m, const double* x, int ldx, const
     const double* xi = x ? x + static_cast<std::size_t>(i) * ldx : nullptr;
     bool finite = std::isfinite(wi) && std::isfinite(y[i]);
     for (std::size_t t = 0; t < nc; ++t) {
-      const double v = xi[p.cols[t]];
+      const double v = xi[t];
       finite = finite && std::isfinite(v);
       p.xbar[t] += wi * v;
     }

@@ -19,7 +19,7 @@ constexpr int kRegressionNoResidualDof = 441;
 constexpr int kRegressionSingular = 442;
 // The singular value decomposition of the triangular factor did not converge.
 constexpr int kRegressionNotConverged = 443;
-// A NaN or an infinity in x (selected columns), y or the weights.
+// A NaN or an infinity in x, y or the weights.
 constexpr int kRegressionNotFinite = 444;
 // A size below 1, a stride below the column count, no parameter to fit, a null required array,
 // a negative weight, or a tolerance that is negative or not finite.
@@ -43,11 +43,11 @@ constexpr int kSimpleNoSpread = 467;
 // a positive finite number.
 constexpr int kDiagnosticsBadArgument = 451;
 
-// Whether the model carries an intercept (a column of ones in front of the selected columns).
+// Whether the model carries an intercept (a column of ones in front of the columns of x).
 enum class Mean { Include, Zero };
 
 // Outputs of multiple_regression, each optional (null: not computed). ip is the number of
-// parameters: the selected columns, plus one for the intercept, which comes first.
+// parameters: the columns of x, plus one for the intercept, which comes first.
 struct RegressionOutputs {
   double* b = nullptr;            // ip estimates
   double* se = nullptr;           // ip standard errors, sqrt(s^2 C_jj), s^2 = rss / df
@@ -66,19 +66,19 @@ struct RegressionSummary {
   double rss = 0;    // weighted residual sum of squares, sum w r^2
 };
 
-// Weighted least squares of y on the columns of x (n rows, m columns, row stride ldx) that
-// `select` marks nonzero (null: all), with an intercept first under Mean::Include; w null means
-// ones, zero weights take no part in the fit. Householder QR of W^1/2 X (LAPACK's dgeqrf); the
-// rank is the number of singular values of the triangular factor with its columns scaled to
-// unit norm that exceed sqrt(tol) times the largest, i.e. tol bounds the eigenvalue ratio of
-// the scaled cross-product matrix (1e-20 drops directions weaker than 1e-10 of the strongest,
-// well above rounding, so an exactly collinear design is caught whatever its scaling). Full
-// rank: back substitution. Rank r < ip: the minimum-norm solution over the r largest singular
-// values of the unscaled factor, as the pseudo-inverse gives it (Chan, ACM TOMS 8, 1982: QR
-// first, then the SVD of R). Returns 0, kRegressionNoResidualDof (fit written), or a failure.
-int multiple_regression(Mean mean, int n, int m, const double* x, int ldx, const int* select,
-                        const double* y, const double* w, double tol,
-                        const RegressionOutputs& out, RegressionSummary& summary, NagError& fail);
+// Weighted least squares of y on the m columns of x (n rows, row stride ldx), with an intercept
+// first under Mean::Include; w null means ones, zero weights take no part. With an intercept the
+// columns are centred on their weighted means first. Householder QR of W^1/2 X (LAPACK's
+// dgeqrf), then the SVD of the triangular factor with its columns scaled to unit norm (Chan, ACM
+// TOMS 8, 1982): the rank counts the singular values above sqrt(tol) times the largest, so tol
+// bounds the eigenvalue ratio of the scaled cross-product matrix (1e-20 drops directions weaker
+// than 1e-10 of the strongest, well above rounding: exact collinearity is caught whatever the
+// columns' scale). Full rank: back substitution. Rank r < ip: the minimum-norm estimates and the
+// pseudo-inverse of X'WX in the caller's coordinates, as the pseudo-inverse of the design gives
+// them. Returns 0, kRegressionNoResidualDof (fit written), or a failure.
+int multiple_regression(Mean mean, int n, int m, const double* x, int ldx, const double* y,
+                        const double* w, double tol, const RegressionOutputs& out,
+                        RegressionSummary& summary, NagError& fail);
 
 // A straight line y = a + b x by weighted least squares, about the mean (Mean::Include) or
 // through the origin (Mean::Zero: a = 0, seA = 0). Means and corrected sums by two passes with

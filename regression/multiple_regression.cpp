@@ -88,7 +88,7 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
   platform::RegressionSummary sum;
   platform::NagError fail;
   const int rc = platform::multiple_regression(
-      fixIntercept ? platform::Mean::Zero : platform::Mean::Include, n, m, pX, m, nullptr,
+      fixIntercept ? platform::Mean::Zero : platform::Mean::Include, n, m, pX, m,
       y, pWeights, kRankTolerance, out, sum, fail);
   // No residual degrees of freedom leaves the fit standing with its errors missing.
   if (rc != 0 && rc != platform::kRegressionNoResidualDof) return rc;

@@ -141,35 +141,25 @@ TEST(MultipleRegression, ZeroWeightsDropTheirRows) {
   EXPECT_EQ(a.stats.DOF, d.n - 3 - 4);
 }
 
-// A column times 1e-9 or 1e9 leaves the fit as it was (its coefficient scaled back); a copy of
-// column 0 times 1, 1e-8 or 1e8 added as column 2 is exactly collinear at every scale: the rank
-// and the model degrees of freedom drop by one, R-squared stays, and the two columns share
-// column 0's coefficient (equally at k = 1, the minimum-norm solution).
+// A copy of column 0 times 1, 1e-8 or 1e8 added as column 2 is exactly collinear at every
+// scale: the rank and the model degrees of freedom drop by one, R-squared stays, and the two
+// columns share column 0's coefficient (equally at k = 1, the minimum-norm solution).
 TEST(MultipleRegression, RankDetectionIgnoresScale) {
   const Data d;
   std::vector<double> two;
   for (unsigned i = 0; i < d.n; ++i) two.insert(two.end(), {d.x[3 * i], d.x[3 * i + 1]});
   Call base;
   ASSERT_EQ(base.run(two.data(), d.n, 2, d.y.data(), nullptr, options()), 0);
-  for (double k : {1.0, 1e-8, 1e8, 1e-9, 1e9}) {
-    const bool copy = k > 1e-9 && k < 1e9;
+  for (double k : {1.0, 1e-8, 1e8}) {
     std::vector<double> x;
-    for (unsigned i = 0; i < d.n; ++i) {
-      x.insert(x.end(), {d.x[3 * i], d.x[3 * i + 1] * (copy ? 1 : k)});
-      if (copy) x.push_back(k * d.x[3 * i]);
-    }
+    for (unsigned i = 0; i < d.n; ++i) x.insert(x.end(), {d.x[3 * i], d.x[3 * i + 1], k * d.x[3 * i]});
     Call c;
-    ASSERT_EQ(c.run(x.data(), d.n, copy ? 3 : 2, d.y.data(), nullptr, options()), 0);
+    ASSERT_EQ(c.run(x.data(), d.n, 3, d.y.data(), nullptr, options()), 0);
     EXPECT_EQ(c.anova.ModelDF, 2);
     EXPECT_NEAR(c.stats.RSquare, base.stats.RSquare, 1e-13);
-    if (copy) {
-      EXPECT_NEAR(c.fit[1].value + k * c.fit[3].value, base.fit[1].value, 1e-10 * std::fabs(base.fit[1].value));
-      if (k == 1) {
-        EXPECT_NEAR(c.fit[3].value, c.fit[1].value, 1e-12 * std::fabs(c.fit[3].value));
-      }
-    } else {
-      EXPECT_NEAR(c.fit[2].value * k, base.fit[2].value, 1e-12 * std::fabs(base.fit[2].value));
-    }
+    const double b1 = base.fit[1].value;
+    EXPECT_NEAR(c.fit[1].value + k * c.fit[3].value, b1, 1e-10 * std::fabs(b1));
+    EXPECT_TRUE(k != 1 || std::fabs(c.fit[3].value - c.fit[1].value) < 1e-12 * std::fabs(b1));
   }
 }
 

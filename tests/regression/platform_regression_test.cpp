@@ -1,5 +1,5 @@
 // The platform's regression routines: the straight line's codes and its agreement with the
-// multiple regression, and the multiple regression's column selector and codes.
+// multiple regression.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -62,7 +62,7 @@ TEST(SimpleRegression, AgreesWithTheMultipleRegression) {
     out.se = se;
     RegressionSummary s;
     NagError fail;
-    ASSERT_EQ(multiple_regression(mean, 25, 1, x.data(), 1, nullptr, y.data(), w.data(), 1e-20, out, s, fail), 0);
+    ASSERT_EQ(multiple_regression(mean, 25, 1, x.data(), 1, y.data(), w.data(), 1e-20, out, s, fail), 0);
     EXPECT_EQ(s.df, f.df);
     EXPECT_NEAR(s.rss, f.rss, 1e-12 * f.rss);
     EXPECT_NEAR(b[ip - 1], f.b, 1e-12 * std::fabs(f.b));
@@ -72,34 +72,6 @@ TEST(SimpleRegression, AgreesWithTheMultipleRegression) {
       EXPECT_NEAR(se[0], f.seA, 1e-12 * f.seA);
     }
   }
-}
-
-// Columns left out by the selector are as if absent; a constant column beside the intercept
-// costs a rank; a zero column alone is singular; a negative tolerance is refused.
-TEST(MultipleRegressionSolver, SelectorRankAndCodes) {
-  const int n = 9, select[] = {1, 0, 1};
-  std::vector<double> x3, x2, y, zero(n, 0.0);
-  for (int i = 0; i < n; ++i) {
-    x3.insert(x3.end(), {1.0 * i, 42.0, std::exp(0.2 * i)});
-    x2.insert(x2.end(), {1.0 * i, std::exp(0.2 * i)});
-    y.push_back(1 + i - std::exp(0.2 * i) + 0.1 * std::sin(i));
-  }
-  double b3[4], b2[3];
-  RegressionOutputs o3, o2;
-  o3.b = b3;
-  o2.b = b2;
-  RegressionSummary s;
-  NagError fail;
-  ASSERT_EQ(multiple_regression(Mean::Include, n, 3, x3.data(), 3, select, y.data(), nullptr, 1e-20, o3, s, fail), 0);
-  ASSERT_EQ(multiple_regression(Mean::Include, n, 2, x2.data(), 2, nullptr, y.data(), nullptr, 1e-20, o2, s, fail), 0);
-  for (int j = 0; j < 3; ++j) EXPECT_NEAR(b3[j], b2[j], 1e-13 * std::fabs(b2[j]));
-  ASSERT_EQ(multiple_regression(Mean::Include, n, 3, x3.data(), 3, nullptr, y.data(), nullptr, 1e-20, o3, s, fail), 0);
-  EXPECT_TRUE(s.rank == 3 && s.svd && s.df == n - 3);
-  EXPECT_EQ(multiple_regression(Mean::Zero, n, 1, zero.data(), 1, nullptr, y.data(), nullptr, 1e-20, o3, s, fail),
-            kRegressionSingular);
-  EXPECT_EQ(b3[0], 0);
-  EXPECT_EQ(multiple_regression(Mean::Zero, n, 1, x2.data(), 2, nullptr, y.data(), nullptr, -1.0, o3, s, fail),
-            kRegressionBadArgument);
 }
 
 }  // namespace
