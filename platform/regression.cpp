@@ -10,22 +10,13 @@
 
 #include <lapacke.h>
 
+#include "platform/workspace.h"
 #include "zomath/core.h"
 
 namespace zomath::platform {
 namespace {
 
 constexpr double kEps = std::numeric_limits<double>::epsilon();
-
-// Working storage that reports failure the library's way.
-template <class T>
-std::vector<T> buffer(std::size_t n) {
-  try {
-    return std::vector<T>(n);
-  } catch (const std::bad_alloc&) {
-    throw ZOMATH_ERROR_NO_MEMORY;
-  }
-}
 
 // Storage left uninitialised, for the large arrays whose every element is written before it is
 // read (zeroing them would cost a pass over memory).

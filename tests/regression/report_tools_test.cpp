@@ -36,8 +36,9 @@ TEST(DiagnosticResiduals, SingularDesignTakesThePseudoInverse) {
 
 // Codes, and the missing values a point with leverage 1 or a failed call leaves.
 TEST(DiagnosticResiduals, CodesAndUndefinedPoints) {
-  const double res[] = {0.5, -0.25, 0.0, 1.0}, design[] = {1, 1, 1, 1}, h[] = {0.25, 0.25, 1.0, 0.5};
-  double in[4], ex[4], cook[4], atk[4], st[4];
+  const double res[] = {0.5, -0.25, 0.0, 1.0, 0.0}, design[] = {1, 1, 1, 1},
+               h[] = {0.25, 0.25, 1.0, 0.5, 0.0};
+  double in[5], ex[5], cook[5], atk[5], st[5];  // room for the call that claims 5 residuals
   auto call = [&](int n, int p, double rms, int nres, const double* r) {
     return zomath_diagnostic_residuals(n, p, rms, nres, r, design, in, ex, cook, atk, st, h);
   };
