@@ -110,7 +110,7 @@ void set_parameter(FitParameter& p, double v, double e, double c, double d) {
 bool weighted_sums(const double* x, const double* y, const double* w, std::size_t n,
                    bool aboutZero, FitSums& sums) {
   // A missing x or y contributes as a 0 would: the product holding it drops out of its sum.
-  auto value = [](const double* p, std::size_t i) { return is_nanum(p[i]) ? 0.0 : p[i]; };
+  auto value = [](const double* p, std::size_t i) { return !p || is_nanum(p[i]) ? 0.0 : p[i]; };
   double sumW = 0, sumWx = 0, sumWy = 0;
   for (std::size_t i = 0; i < n; ++i) {
     const double wi = w ? w[i] : 1.0;
@@ -133,7 +133,7 @@ bool weighted_sums(const double* x, const double* y, const double* w, std::size_
     sxy += wi * dx * dy;
     syy += wi * dy * dy;
   }
-  sums = FitSums{sumW, sxx, sxy, syy, mx, my};
+  sums = x ? FitSums{sumW, sxx, sxy, syy, mx, my} : FitSums{sumW, NANUM, NANUM, syy, NANUM, my};
   return true;
 }
 

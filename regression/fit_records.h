@@ -34,7 +34,8 @@ double f_upper_probability(double f, double df1, double df2);
 // The weighted sums of n points. Free intercept: Sxx, Sxy, Syy about the weighted means; about
 // zero (raw sums) otherwise. A point with a NANUM weight takes no part; a NANUM x or y drops out
 // of every sum that holds it while its weight still counts in SumW, as the sums of products with
-// a missing factor would have it. w null means ones. False when the total weight is not positive.
+// a missing factor would have it. w null means ones; x null leaves MeanX, Sxx and Sxy NANUM.
+// False when the total weight is not positive.
 bool weighted_sums(const double* x, const double* y, const double* w, std::size_t n,
                    bool aboutZero, FitSums& sums);
 

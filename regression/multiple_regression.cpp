@@ -114,9 +114,10 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
     }
   }
 
-  // Sums over the first nSize values of pX as stored (the x column when nVars is 1), y as given.
+  // Sums over the first nSize values of pX as stored (the x column when nVars is 1), y as given;
+  // a model of the intercept alone has no x to sum.
   FitSums sums;
-  if (!weighted_sums(pX, pY, pWeights, nSize, fixIntercept, sums)) return kInternal;
+  if (!weighted_sums(m ? pX : nullptr, pY, pWeights, nSize, fixIntercept, sums)) return kInternal;
   const double modelDF = fixIntercept ? sum.rank : sum.rank - 1;
   const double tc = t_critical(opt.ConfLevel, df);
 
@@ -138,8 +139,8 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
     s.N = nSize;
     s.DOF = df;
     s.RSS = rss;
-    const double sxxyy = sums.Sxx * syy;
-    s.PearsonR = (explained && syy != 0 && sxxyy > 0) ? sums.Sxy / std::sqrt(sxxyy) : NANUM;
+    const bool xSums = !is_nanum(sums.Sxx) && sums.Sxx * syy > 0;
+    s.PearsonR = (explained && syy != 0 && xSums) ? sums.Sxy / std::sqrt(sums.Sxx * syy) : NANUM;
     s.RSquare = (explained && syy != 0) ? (syy - rss) / syy : NANUM;
     s.R = is_nanum(s.RSquare) ? NANUM : std::sqrt(s.RSquare);
     s.AdjRSquare = (is_nanum(s.RSquare) || df == 0)

@@ -212,7 +212,8 @@ int zomath_dummy_vars(int nMethod, int nSize, const int* pLevels, double* pOut) 
 double zomath_AIC(int nSize, int nParams, double dRSS, int* pError) {
   if (pError) {
     *pError = 0;
-    if (nSize < 1 || nParams < 1 || nSize <= nParams + 1 || !(dRSS >= 0) || is_nanum(dRSS)) {
+    if (nSize < 1 || nParams < 1 || nSize <= static_cast<long long>(nParams) + 1 || !(dRSS >= 0) ||
+        is_nanum(dRSS)) {
       *pError = kBadOption;
       return NANUM;
     }

@@ -94,6 +94,18 @@ TEST(MultipleRegression, TwoPointsGiveTheLineWithoutErrors) {
   EXPECT_EQ(c.cov[0], NANUM);
 }
 
+// The intercept alone: the weighted mean of y with the standard error of a weighted mean.
+TEST(MultipleRegression, InterceptAlone) {
+  const double y[] = {1, 2, 4, 7}, w[] = {1, 2, 2, 1};
+  Call c;
+  ASSERT_EQ(c.run(y, 4, 0, y, w, options()), 0);  // no column: x is not read
+  const double mean = 20.0 / 6, ss = (1 - mean) * (1 - mean) + 2 * (2 - mean) * (2 - mean) +
+                                     2 * (4 - mean) * (4 - mean) + (7 - mean) * (7 - mean);
+  EXPECT_NEAR(c.fit[0].value, mean, 1e-15 * mean);
+  EXPECT_NEAR(c.fit[0].Error, std::sqrt(ss / 3 / 6), 1e-14);
+  EXPECT_TRUE(c.anova.ModelDF == 0 && c.stats.DOF == 3 && c.stats.PearsonR == NANUM);
+}
+
 // A held intercept: the slopes are those of y - held through the origin, psFit[0] is fixed at
 // the held value, the total sum of squares is that of the input y about zero, and the matrices
 // fill their top left 3 by 3 block (variances the squared errors, unit correlations).
