@@ -46,7 +46,7 @@ struct Square {
   double operator()(int i, int j) const { return v[static_cast<std::size_t>(j) * n + i]; }
 };
 
-// The regression problem: the selected columns, centred on their weighted means when the model
+// The regression problem: the columns of x, centred on their weighted means when the model
 // has an intercept. Centring takes the intercept's share out of every column, so the columns
 // left are as independent as the data make them (Longley's condition number drops from 4e4 to
 // 1e2 with columns at unit norm), and the fitted values come from small numbers. The centres
@@ -55,7 +55,7 @@ struct Problem {
   int n = 0, ldx = 0, ic = 0, ip = 0, nEff = 0;
   const double *x = nullptr, *y = nullptr, *w = nullptr;
   std::size_t m = 0;  // columns of x
-  std::vector<double> xbar;  // means of the selected columns (0 without intercept)
+  std::vector<double> xbar;  // the columns' centres (0 without intercept)
   double ybar = 0;
 
   double weight(int i) const { return w ? w[i] : 1.0; }
@@ -362,8 +362,9 @@ int multiple_regression(Mean mean, int n, int m, const double* x, int ldx, const
     if (int rc = factorise(p, f, fail)) return rc;
     if (int rc = scaled_svd(f, z, fail)) return rc;
     const double threshold = std::sqrt(tol) * z.s[0];
+    // Never above the count of positive weights (the padding rows add nothing but rounding).
     if (z.s[0] > 0)
-      while (rank < ip && z.s[rank] > threshold) ++rank;
+      while (rank < std::min(ip, p.nEff) && z.s[rank] > threshold) ++rank;
     if (rank == ip) {
       if (int rc = solve_triangular(f, cs, cc, fail)) return rc;
     } else if (rank > 0) {
