@@ -20,6 +20,8 @@ constexpr int kMaxRounds = 20;
 // past the bracket's far end is pulled back to kNear of the way from it.
 constexpr double kShrink = 0.04;
 constexpr double kNear = 0.1;
+// Internal outcome of a fit whose knots the data cannot determine (x tied too often).
+constexpr int kUndetermined = -1;
 
 // The K1 B-splines that do not vanish on [t[l], t[l+1]), at x: b[j] is B_{l-K+j}(x). de Boor's
 // recurrence on the order (C. de Boor, J. Approx. Theory 6, 1972).
@@ -100,7 +102,8 @@ public:
   SmoothingFit(int m, const double* x, const double* y, const double* w, double s, int nest)
       : m_(m), x_(x), y_(y), w_(w), s_(s), acc_(kTolerance * s), nest_(nest),
         knotMax_(m + K1), t_(nest), c_(nest), interval_(m), q_(static_cast<std::size_t>(m) * K1),
-        tri_(static_cast<std::size_t>(nest) * K1), z_(nest), share_(nest), inside_(nest) {}
+        tri_(static_cast<std::size_t>(nest) * K1), z_(nest), share_(nest), inside_(nest),
+        blocked_(nest) {}
 
   int run();
 
@@ -114,9 +117,10 @@ private:
   void set_end_knots();
   void interpolation_knots();
   double least_squares();
+  bool determined() const;
   double residual_sum() const;
   void interval_shares();
-  void add_knot();
+  bool add_knot();
   int search_smoothing(double fp0, double fpInf);
   void solve_penalised(const std::vector<double>& jumps, double pinv);
 
@@ -132,6 +136,7 @@ private:
   std::vector<double> tri_, z_;  // least-squares triangle (band K1) and right-hand side
   std::vector<double> share_;    // residual sum of each knot interval
   std::vector<int> inside_;      // points strictly inside each knot interval
+  std::vector<char> blocked_;    // intervals that cannot take a knot
   std::vector<double> band_, rhs_;  // the penalised system's triangle (band K2)
 };
 
@@ -180,6 +185,21 @@ double SmoothingFit::least_squares() {
   return fp;
 }
 
+// Whether the data determine every coefficient (Schoenberg-Whitney): distinct x u_0 < u_1 < ...
+// with B_j(u_j) != 0 for each j. The earliest point that fits each B-spline in turn is taken;
+// tied x count once, so data tied too often for the knots fail here.
+bool SmoothingFit::determined() const {
+  const int nk = coefficients();
+  int j = 0;
+  for (int i = 0; i < m_ && j < nk; ++i) {
+    if (j > 0 && x_[i] == x_[i - 1]) continue;
+    const int first = interval_[i] - K;
+    if (j < first) return false;  // B_j vanishes from here on
+    if (j - first < K1 && q_[static_cast<std::size_t>(i) * K1 + (j - first)] != 0.0) ++j;
+  }
+  return j == nk;
+}
+
 double SmoothingFit::residual_sum() const {
   double fp = 0.0;
   for (int i = 0; i < m_; ++i) {
@@ -224,42 +244,63 @@ void SmoothingFit::interval_shares() {
 
 // A new knot at the middle data point of the interval with the largest residual sum among those
 // that hold a data point strictly inside; its sum and its points are split between the halves.
-void SmoothingFit::add_knot() {
+// A middle point whose x is tied with an end of the interval would double that knot: the inner
+// point nearest the middle with x strictly inside is taken instead, and an interval without one
+// is passed over. False when no interval can take a knot.
+bool SmoothingFit::add_knot() {
   const int intervals = n_ - 2 * K - 1;
-  int best = -1;
-  double top = 0.0;
-  long begin = 0, bestBegin = 0;
-  for (int j = 0; j < intervals; ++j) {
-    if (inside_[j] != 0 && share_[j] > top) {
-      top = share_[j];
-      best = j;
-      bestBegin = begin;
-    }
-    begin += inside_[j] + 1;
-  }
-  if (best < 0) {  // no residual inside any interval: split the one with the most points
-    begin = 0;
+  std::fill(blocked_.begin(), blocked_.begin() + intervals, 0);
+  for (;;) {
+    int best = -1;
+    double top = 0.0;
+    long begin = 0, bestBegin = 0;
     for (int j = 0; j < intervals; ++j) {
-      if (best < 0 || inside_[j] > inside_[best]) {
+      if (inside_[j] != 0 && !blocked_[j] && share_[j] > top) {
+        top = share_[j];
         best = j;
         bestBegin = begin;
       }
       begin += inside_[j] + 1;
     }
+    if (best < 0) {  // no residual inside any interval: split the one with the most points
+      begin = 0;
+      for (int j = 0; j < intervals; ++j) {
+        if (inside_[j] != 0 && !blocked_[j] && (best < 0 || inside_[j] > inside_[best])) {
+          best = j;
+          bestBegin = begin;
+        }
+        begin += inside_[j] + 1;
+      }
+      if (best < 0) return false;
+    }
+    const int count = inside_[best];
+    const double lo = t_[best + K], hi = t_[best + K1];
+    auto inner = [&](int h) { return x_[bestBegin + h] > lo && x_[bestBegin + h] < hi; };
+    int half = count / 2 + 1;
+    for (int d = 1; !inner(half) && d <= count; ++d) {
+      if (half - d >= 1 && inner(half - d)) {
+        half -= d;
+      } else if (half + d <= count && inner(half + d)) {
+        half += d;
+      }
+    }
+    if (!inner(half)) {
+      blocked_[best] = 1;
+      continue;
+    }
+    for (int j = intervals - 1; j > best; --j) {
+      share_[j + 1] = share_[j];
+      inside_[j + 1] = inside_[j];
+    }
+    std::copy_backward(t_.begin() + best + K1, t_.begin() + n_, t_.begin() + n_ + 1);
+    t_[best + K1] = x_[bestBegin + half];
+    inside_[best] = half - 1;
+    inside_[best + 1] = count - half;
+    share_[best] = top * (half - 1) / count;
+    share_[best + 1] = top * (count - half) / count;
+    ++n_;
+    return true;
   }
-  const int count = inside_[best];
-  const int half = count / 2 + 1;
-  for (int j = intervals - 1; j > best; --j) {
-    share_[j + 1] = share_[j];
-    inside_[j + 1] = inside_[j];
-  }
-  std::copy_backward(t_.begin() + best + K1, t_.begin() + n_, t_.begin() + n_ + 1);
-  t_[best + K1] = x_[bestBegin + half];
-  inside_[best] = half - 1;
-  inside_[best + 1] = count - half;
-  share_[best] = top * (half - 1) / count;
-  share_[best + 1] = top * (count - half) / count;
-  ++n_;
 }
 
 // Rows of the third-derivative jumps at the interior knots, scaled by the mean knot spacing:
@@ -375,6 +416,7 @@ int SmoothingFit::run() {
     if (polynomial) fromPolynomial = true;
     set_end_knots();
     fp_ = least_squares();
+    if (!determined()) return kUndetermined;
     if (polynomial) fp0 = fp_;
     const double excess = fp_ - s_;
     if (std::fabs(excess) < acc_) return 0;
@@ -396,7 +438,7 @@ int SmoothingFit::run() {
     fpOld = fp_;
     interval_shares();
     for (int k = 0; k < add; ++k) {
-      add_knot();
+      if (!add_knot()) return kSplineKnotLimit;
       if (n_ == knotMax_) {
         interpolation_knots();
         break;
@@ -446,10 +488,9 @@ int fit_smoothing_spline(int m, const double* x, const double* y, const double* 
     if (code == kSplineKnotLimit && fit.knots() == 0)
       return fail.fail(code, "the interpolating spline needs more knots than allowed");
     const int n = fit.knots();
-    // x tied more often than a cubic's knots may coincide leaves coefficients undetermined.
-    for (int j = 0; j < n - K1; ++j)
-      if (!std::isfinite(fit.c()[j]))
-        return fail.fail(kSplineKnotLimit, "tied x values leave the spline undetermined");
+    bool finite = code != kUndetermined;
+    for (int j = 0; j < n - K1 && finite; ++j) finite = std::isfinite(fit.c()[j]);
+    if (!finite) return fail.fail(kSplineKnotLimit, "tied x values leave the spline undetermined");
     double* knots = static_cast<double*>(std::malloc(sizeof(double) * n));
     double* coef = static_cast<double*>(std::malloc(sizeof(double) * n));
     if (!knots || !coef) {
