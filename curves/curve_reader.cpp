@@ -109,7 +109,7 @@ double LinearReader::operator()(double x) {
   }
   hint_ = a;
   if (x_[a] == x) return bisect(x);
-  return line(a - 1, a, x);
+  return a == 0 ? line(0, 1, x) : line(a - 1, a, x);  // a is 0 only with NaN in the source
 }
 
 // ---- cubic spline ----------------------------------------------------------------------------

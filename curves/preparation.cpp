@@ -39,7 +39,8 @@ double run_statistic(const double* y, std::size_t count, int nMode, double* pWor
   if (k == 0) return NANUM;
   switch (nMode) {
     case 1: {
-      std::sort(pWork, pWork + k);
+      // NaN sorts last: std::sort needs a strict weak order.
+      std::sort(pWork, pWork + k, [](double a, double b) { return a < b || (b != b && a == a); });
       return k % 2 ? pWork[k / 2] : (pWork[k / 2 - 1] + pWork[k / 2]) * 0.5;
     }
     case 2:

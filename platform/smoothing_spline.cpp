@@ -450,7 +450,7 @@ int SmoothingFit::run() {
 }
 
 bool valid_input(int m, const double* x, const double* y, const double* w, double s, int nest) {
-  if (m < K1 || !x || !y || !w || nest < kPolynomialKnots || !(s >= 0.0) || std::isinf(s))
+  if (m < K1 || !x || !y || !w || nest < kPolynomialKnots || !(s >= 0.0))
     return false;
   for (int i = 0; i < m; ++i) {
     if (!std::isfinite(x[i]) || !std::isfinite(y[i]) || !std::isfinite(w[i]) || !(w[i] > 0.0))
