@@ -6,7 +6,9 @@
 // sum (w_i (y_i - S(x_i)))^2 <= s. Knots are added where the residuals are largest until the
 // least-squares spline meets the bound; then the jumps of the third derivative at the knots are
 // penalised with a weight 1/p and p is found by rational iteration so that the residual sum is s
-// within 0.001 s. s = 0 gives the interpolating spline; a large s the least-squares cubic.
+// within 0.001 s. s = 0 gives the interpolating spline; a large s (infinity too) the
+// least-squares cubic. Where a knot would fall on an x tied with a knot already there, an inner
+// data point of the interval takes it, so that tied x do not double knots.
 // P. Dierckx, J. Comput. Appl. Math. 1 (1975) 165-184, and "Curve and Surface Fitting with
 // Splines", Oxford 1993, chapter 5.
 #pragma once
@@ -16,10 +18,11 @@
 
 namespace zomath::platform {
 
-// Codes of fit_smoothing_spline. After 2 and 3, and after 1 when the knot budget ran out, the
-// spline of the last step is still returned.
-// The knot budget ran out before the residual sum could come down to s (s too small for nest),
-// or x values are tied so often that the knots the fit needs coincide and leave it undetermined.
+// Codes of fit_smoothing_spline. After 2 and 3, and after 1 when the knots ran out, the spline
+// of the last step is still returned.
+//
+// The knots ran out before the residual sum came down to s: the budget nest is spent, or tied x
+// leave no interval a knot can go into, or leave the coefficients undetermined (no spline then).
 constexpr int kSplineKnotLimit = 1;
 // The search for p left the bracket that a convex, decreasing f(p) keeps: s is too small for
 // the rounding of the residual sums.
@@ -27,7 +30,7 @@ constexpr int kSplineSearchFailed = 2;
 // Twenty rounds of the search for p without |f(p) - s| < 0.001 s.
 constexpr int kSplineIterationLimit = 3;
 // Fewer than 4 points, x decreasing somewhere or all equal, a weight not positive, data not
-// finite, s negative or NaN, nest below 8.
+// finite, s negative or NaN, nest below 8. No spline.
 constexpr int kSplineBadInput = 10;
 // Working storage could not be had.
 constexpr int kSplineNoMemory = 73;
@@ -37,10 +40,10 @@ constexpr int kSplineOutsideInterval = 1;  // x is not within [t[3], t[n-4]] (Na
 constexpr int kSplineBadKnots = 2;         // fewer than 8 knots, or a null array
 
 // Fits the smoothing spline to m points with x non-decreasing, a cold start, and at most nest
-// knots (nest = m + 4 is the most an interpolating spline needs). On return with 0, 1, 2 or 3,
+// knots (nest = m + 4 is the most an interpolating spline needs). When a spline comes back,
 // *pSpline holds nKnots knots and nKnots coefficients (the last 4 are 0), both from std::malloc:
-// release them with release_spline. *pResidual (if not null) receives the weighted residual sum
-// of the result. Other codes leave *pSpline empty. fail is reset first.
+// release them with release_spline; *pResidual (if not null) receives its weighted residual
+// sum. Otherwise *pSpline is empty. fail is reset first.
 int fit_smoothing_spline(int m, const double* x, const double* y, const double* w, double s,
                          int nest, Nag_Spline* pSpline, double* pResidual, NagError& fail);
 

@@ -10,58 +10,50 @@ namespace {
 
 using V = std::vector<double>;
 
-TEST(SimpleMath, OperatorsOnTheFirstCurvesX) {
+// zomath_simple_math of two curves into outputs of n points, prefilled with -1.
+int combine(int n, V& xo, V& yo, const V& x1, const V& y1, const V& x2, const V& y2, int op,
+            int xMode, int interpolation = 0) {
+  xo.assign(n, -1);
+  yo.assign(n, -1);
+  return zomath_simple_math(n, xo.data(), yo.data(), static_cast<int>(x1.size()), x1.data(),
+                            y1.data(), static_cast<int>(x2.size()), x2.data(), y2.data(), op,
+                            xMode, interpolation, 1.0);
+}
+
+TEST(SimpleMath, OperatorsOverlapAndMissingValues) {
   // Curve 2 is read linearly at x1 (and continued below its first x): 2, 2, 1, 2.
   const V x1 = {0, 1, 2, 3}, y1 = {1, 2, 3, 4}, x2 = {0.5, 1.5, 2.5, 3.5}, y2 = {2, 2, 0, 4};
   const V want[5] = {{3, 4, 4, 6}, {-1, 0, 2, 2}, {0.5, 1, 3, 2}, {2, 4, 3, 8}, {1, 4, 3, 16}};
+  V xo, yo;
   for (int op = 0; op < 5; ++op) {
-    V xo(5, -1), yo(5, -1);
-    ASSERT_EQ(zomath_simple_math(5, xo.data(), yo.data(), 4, x1.data(), y1.data(), 4, x2.data(),
-                                 y2.data(), op, 0, 0, 1.0), 0);
-    EXPECT_EQ(V(xo.begin(), xo.begin() + 4), x1);
-    EXPECT_EQ(V(yo.begin(), yo.begin() + 4), want[op]) << op;
-    EXPECT_EQ(yo[4], -1);
+    ASSERT_EQ(combine(5, xo, yo, x1, y1, x2, y2, op, 0), 0);
+    EXPECT_EQ(xo, (V{0, 1, 2, 3, -1}));
+    EXPECT_EQ(yo, (V{want[op][0], want[op][1], want[op][2], want[op][3], -1})) << op;
   }
-  // Another operator writes x only.
-  V xo(4, -1), yo(4, -1);
-  ASSERT_EQ(zomath_simple_math(4, xo.data(), yo.data(), 4, x1.data(), y1.data(), 4, x2.data(),
-                               y2.data(), 9, 0, 0, 1.0), 0);
-  EXPECT_EQ(xo, x1);
+  ASSERT_EQ(combine(4, xo, yo, x1, y1, x2, y2, 9, 0), 0);  // another operator writes x only
   EXPECT_EQ(yo, V(4, -1));
-}
-
-TEST(SimpleMath, OverlapMissingValuesAndCodes) {
-  const V x1 = {0, 1, 2, 3}, y1 = {0, 1, 2, NANUM}, x2 = {1, 4}, y2 = {0, -3};
-  V xo(4), yo(4);
-  // Overlap [1, 3] in 4 even steps; y2 is 0 at x = 1 and negative beyond.
-  ASSERT_EQ(zomath_simple_math(4, xo.data(), yo.data(), 4, x1.data(), y1.data(), 2, x2.data(),
-                               y2.data(), 2, 1, 0, 1.0), 0);
+  // Overlap [1, 3] in 4 even steps of a curve 2 that is 0 at x = 1 and negative beyond; the
+  // curve 1 reads NANUM on the segment that touches its missing point.
+  const V z1 = {0, 1, 2, NANUM}, u2 = {1, 4}, v2 = {0, -3};
+  ASSERT_EQ(combine(4, xo, yo, x1, z1, u2, v2, 2, 1), 0);
   EXPECT_EQ(xo[0], 1);
-  EXPECT_EQ(xo[3], 3);
   EXPECT_NEAR(xo[1], 5.0 / 3, 1e-15);
+  EXPECT_EQ(xo[3], 3);
   EXPECT_EQ(yo[0], NANUM);  // divisor 0
   EXPECT_NEAR(yo[1], (5.0 / 3) / (-2.0 / 3), 1e-14);
-  EXPECT_EQ(yo[3], NANUM);  // y1 reads NANUM on the segment that touches the missing point
+  EXPECT_EQ(yo[3], NANUM);
   // A negative base to a fractional power has no real value.
-  const V px = {0, 1}, base = {-8, -8}, power = {1.0 / 3, 2};
-  ASSERT_EQ(zomath_simple_math(2, xo.data(), yo.data(), 2, px.data(), base.data(), 2, px.data(),
-                               power.data(), 4, 0, 0, 1.0), 0);
-  EXPECT_EQ(yo[0], NANUM);
-  EXPECT_EQ(yo[1], 64);
-  // No overlap: both outputs missing.
-  const V far = {10, 11};
-  ASSERT_EQ(zomath_simple_math(4, xo.data(), yo.data(), 4, x1.data(), y1.data(), 2, far.data(),
-                               y2.data(), 0, 1, 0, 1.0), 0);
+  ASSERT_EQ(combine(2, xo, yo, {0, 1}, {-8, -8}, {0, 1}, {1.0 / 3, 2}, 4, 0), 0);
+  EXPECT_EQ(yo, (V{NANUM, 64}));
+  // No overlap: both outputs missing. Codes.
+  ASSERT_EQ(combine(4, xo, yo, x1, y1, {10, 11}, v2, 0, 1), 0);
   EXPECT_EQ(xo, V(4, NANUM));
   EXPECT_EQ(yo, V(4, NANUM));
-  EXPECT_EQ(zomath_simple_math(3, xo.data(), yo.data(), 4, x1.data(), y1.data(), 2, x2.data(),
-                               y2.data(), 0, 0, 0, 1.0), ZOMATH_ERR_SIZE);
-  EXPECT_EQ(zomath_simple_math(4, xo.data(), yo.data(), 4, x1.data(), y1.data(), 2, x2.data(),
-                               y2.data(), 0, 2, 0, 1.0), ZOMATH_ERR_BAD_ARGUMENT);
-  EXPECT_EQ(zomath_simple_math(4, xo.data(), yo.data(), 4, x1.data(), y1.data(), 1, x2.data(),
-                               y2.data(), 0, 0, 1, 1.0), ZOMATH_ERR_TOO_FEW_POINTS);
-  EXPECT_EQ(zomath_simple_math(4, xo.data(), nullptr, 4, x1.data(), y1.data(), 2, x2.data(),
-                               y2.data(), 0, 0, 0, 1.0), ZOMATH_ERR_NULL_POINTER);
+  EXPECT_EQ(combine(3, xo, yo, x1, y1, u2, v2, 0, 0), ZOMATH_ERR_SIZE);
+  EXPECT_EQ(combine(4, xo, yo, x1, y1, u2, v2, 0, 2), ZOMATH_ERR_BAD_ARGUMENT);
+  EXPECT_EQ(combine(4, xo, yo, x1, y1, {1}, {0}, 0, 0, 1), ZOMATH_ERR_TOO_FEW_POINTS);
+  EXPECT_EQ(zomath_simple_math(4, xo.data(), nullptr, 4, x1.data(), y1.data(), 2, u2.data(),
+                               v2.data(), 0, 0, 0, 1.0), ZOMATH_ERR_NULL_POINTER);
 }
 
 TEST(Derivative, ModesEndsGapsAndInPlace) {

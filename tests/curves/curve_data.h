@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -47,11 +48,7 @@ inline std::map<std::pair<int, int>, std::vector<ReferenceRow>> by_set_and_case(
 inline Curve shuffled(const Curve& c, unsigned seed) {
   std::vector<std::size_t> p(c.x.size());
   for (std::size_t i = 0; i < p.size(); ++i) p[i] = i;
-  std::uint64_t s = seed;
-  for (std::size_t i = p.size(); i > 1; --i) {
-    s = s * 6364136223846793005ULL + 1442695040888963407ULL;
-    std::swap(p[i - 1], p[(s >> 33) % i]);
-  }
+  std::shuffle(p.begin(), p.end(), std::mt19937(seed));
   Curve out;
   for (std::size_t k : p) {
     out.x.push_back(c.x[k]);

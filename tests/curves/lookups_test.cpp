@@ -90,32 +90,25 @@ TEST(Lookups, FindXsOnDataPointsCrossingsAndBeyondTheRange) {
 }
 
 TEST(Lookups, Asymptotes) {
-  // A saturation curve: the flat end is the horizontal asymptote, and the x of its vertical
-  // counterpart is where the steep end rises from.
-  std::vector<double> x, y;
+  // A saturation curve: its flat end is the horizontal asymptote. A pole-like curve, steep at
+  // its right end: the vertical asymptote is at its largest y. A bump whose extremes lie close
+  // together: the middle of their x, and the mean of the end values.
+  std::vector<double> x, y, px, py;
   for (int i = 0; i <= 40; ++i) {
     x.push_back(i * 0.25);
     y.push_back(3 - 2 * std::exp(-x.back()));
-  }
-  double v = 0;
-  ASSERT_EQ(zomath_yatasymt(41, x.data(), y.data(), &v), 0);
-  EXPECT_EQ(v, y.back());
-  // A pole-like curve, steep at its right end: the vertical asymptote is at the largest y.
-  std::vector<double> px, py;
-  for (int i = 0; i < 20; ++i) {
-    px.push_back(i * 0.05);
+    px.push_back(i * 0.024);
     py.push_back(1 / (1.001 - px.back()));
   }
-  ASSERT_EQ(zomath_xatasymt(20, px.data(), py.data(), &v), 0);
-  EXPECT_EQ(v, px.back());
-  // A bump whose extremes lie close together: the middle of the extremes' x.
   const double bx[5] = {0, 1, 2, 3, 4}, by[5] = {0, 0.1, 5, -5, 0};
-  ASSERT_EQ(zomath_xatasymt(5, bx, by, &v), 0);
-  EXPECT_EQ(v, 2.5);
-  ASSERT_EQ(zomath_yatasymt(5, bx, by, &v), 0);
-  EXPECT_EQ(v, 0);
-  EXPECT_EQ(zomath_yatasymt(1, bx, by, &v), ZOMATH_ERR_TOO_FEW_ITEMS);
-  EXPECT_EQ(v, NANUM);
+  double v[4];
+  ASSERT_EQ(zomath_yatasymt(41, x.data(), y.data(), &v[0]), 0);
+  ASSERT_EQ(zomath_xatasymt(41, px.data(), py.data(), &v[1]), 0);
+  ASSERT_EQ(zomath_xatasymt(5, bx, by, &v[2]), 0);
+  ASSERT_EQ(zomath_yatasymt(5, bx, by, &v[3]), 0);
+  EXPECT_EQ((std::vector<double>(v, v + 4)), (std::vector<double>{y.back(), px.back(), 2.5, 0}));
+  EXPECT_EQ(zomath_yatasymt(1, bx, by, &v[0]), ZOMATH_ERR_TOO_FEW_ITEMS);
+  EXPECT_EQ(v[0], NANUM);
 }
 
 }  // namespace
