@@ -32,8 +32,8 @@ bool has_missing(const double* pX, const double* pY, std::size_t n);
 // continued, above the last x the last one, from the last point. Inside, the value is the one
 // of a bisection over the whole source that returns the source y where it meets an x equal to
 // the one read, and otherwise the line through the final bracket. A single point is read only
-// at its own x (NANUM elsewhere). NANUM reads as NANUM, NaN as NaN, and so does a bracket with
-// a NANUM end.
+// at its own x (NANUM elsewhere, NaN included). Otherwise NANUM reads as NANUM and NaN as NaN,
+// and a bracket with a NANUM end gives NANUM.
 class LinearReader {
 public:
   LinearReader(const double* pX, const double* pY, std::size_t n) : x_(pX), y_(pY), n_(n) {}

@@ -56,12 +56,8 @@ int read_smoothing_spline(const SortedSource& src, std::size_t n, const double* 
     if (pDerivs) fill(pDerivs, n, NANUM);
     return ZOMATH_OK;
   }
-  NRVec<double> ones;
-  const double* w = src.w.Data();
-  if (!bWeighted) {
-    ones = NRVec<double>(1.0, static_cast<int>(n));
-    w = ones.Data();
-  }
+  const NRVec<double> ones(1.0, bWeighted ? 1 : static_cast<int>(n));
+  const double* w = bWeighted ? src.w.Data() : ones.Data();
   SplineHolder fit;
   pf::NagError fail;
   const int code = pf::fit_smoothing_spline(static_cast<int>(n), src.x.Data(), src.y.Data(), w,
