@@ -22,6 +22,7 @@ import sys
 import time
 
 import numpy as np
+from scipy.interpolate import CubicSpline, splev, splrep
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 NANUM = -1.23456789e-300
@@ -266,6 +267,66 @@ def row_multiple_regression(lib, shape, rng):
                "linalg.lstsq([1 X], y)", agree)
 
 
+def interp_source(rng, n):
+    x = np.sort(rng.uniform(0.0, 100.0, n))
+    return x, np.sin(x) + 0.1 * rng.standard_normal(n)
+
+
+def row_interpolate_linear(lib, n, rng):
+    sx, sy = interp_source(rng, n // 10)
+    at = rng.uniform(-1.0, 101.0, n)
+    out = np.empty(n)
+
+    def run():
+        lib.zomath_interpolate(ptr(at), ptr(out), n, ptr(sx), ptr(sy), len(sx), 0, 1.0, None,
+                               None, 0, 0)
+        return out
+
+    # numpy.interp holds the end values outside; the library continues the end segments.
+    inside = (at >= sx[0]) & (at <= sx[-1])
+    return Row("zomath_interpolate", "%d from %d, mode 0" % (n, len(sx)), run,
+               lambda: np.interp(at, sx, sy), "interp",
+               lambda a, b: rel_close(a[inside], b[inside], 1e-13))
+
+
+def row_interpolate_spline(lib, n, rng):
+    sx, sy = interp_source(rng, n // 10)
+    at = rng.uniform(sx[0], sx[-1], n)
+    out = np.empty(n)
+
+    def run():
+        lib.zomath_interpolate(ptr(at), ptr(out), n, ptr(sx), ptr(sy), len(sx), 1, 1.0, None,
+                               None, 0, 0)
+        return out
+
+    def ref():
+        return CubicSpline(sx, sy, bc_type="natural")(at)
+
+    return Row("zomath_interpolate", "%d from %d, mode 1" % (n, len(sx)), run, ref,
+               "CubicSpline(natural)+call", lambda a, b: rel_close(a, b, 1e-12))
+
+
+def row_interpolate_smoothing(lib, n, rng):
+    sx = np.sort(rng.uniform(0.0, 10.0, n))
+    sy = np.sin(sx) + 0.1 * rng.standard_normal(n)
+    s = n * 0.01
+    out = np.empty(n)
+
+    def run():
+        rc = lib.zomath_interpolate(ptr(sx), ptr(out), n, ptr(sx), ptr(sy), n, 2, s, None, None,
+                                    0, 0)
+        return rc, out
+
+    def ref():
+        return splev(sx, splrep(sx, sy, s=s))
+
+    def agree(a, b):
+        return "DIFF code %d" % a[0] if a[0] else rel_close(a[1], b, 1e-9)
+
+    return Row("zomath_interpolate", "%d, mode 2, s = %g" % (n, s), run, ref, "splrep+splev",
+               agree)
+
+
 ROWS = [
     (row_d_sum, 10_000_000),
     (row_f_sum, 10_000_000),
@@ -277,6 +338,9 @@ ROWS = [
     (row_inverse, 300),
     (row_pinv, 200),
     (row_lu_solve, 300),
+    (row_interpolate_linear, 1_000_000),
+    (row_interpolate_spline, 1_000_000),
+    (row_interpolate_smoothing, 10_000),
     (row_multiple_regression, (100_000, 10)),
     (row_multiple_regression, (1_000_000, 3)),
 ]
@@ -295,6 +359,7 @@ def declare(lib):
         "zomath_inverse": (I, [dp, I]),
         "zomath_pinv": (I, [dp, dp, I, I, D]),
         "zomath_lu_solve": (I, [dp, dp, ip, I, I]),
+        "zomath_interpolate": (I, [dp, dp, U, dp, dp, U, I, D, dp, dp, U, I]),
         "zomath_multiple_linear_regression": (I, [dp, U, U, dp, dp, U, C.c_void_p, C.c_void_p, U,
                                                   C.c_void_p, C.c_void_p, dp, dp, U, U, dp, dp]),
     }

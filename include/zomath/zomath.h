@@ -9,5 +9,6 @@
 #include "zomath/records.h"
 #include "zomath/scalar.h"
 #include "zomath/regression.h"
+#include "zomath/curves.h"
 
 #endif /* ZOMATH_ZOMATH_H */

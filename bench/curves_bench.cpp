@@ -1,0 +1,107 @@
+// Resampling of 10^5 sorted source points at 10^6 output x, in random order and in order (the
+// moving bracket), linearly beside a plain std::upper_bound loop and by natural cubic spline;
+// the smoothing spline of 10^4 points at moderate and at small smoothing.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include "zomath/curves.h"
+
+namespace {
+
+struct Data {
+  std::vector<double> sx, sy, at, out;
+};
+
+// Source of range(0) / 10 points on [0, 100]; range(0) output x, sorted when range(1) is 1.
+const Data& data(long n, bool sorted) {
+  static Data d;
+  static long size = 0;
+  static bool inOrder = false;
+  if (size != n || inOrder != sorted) {
+    std::mt19937_64 rng(7);
+    std::uniform_real_distribution<double> u(0.0, 100.0);
+    d.sx.resize(n / 10);
+    for (double& v : d.sx) v = u(rng);
+    std::sort(d.sx.begin(), d.sx.end());
+    d.sy.resize(d.sx.size());
+    for (std::size_t i = 0; i < d.sx.size(); ++i) d.sy[i] = std::sin(d.sx[i]);
+    d.at.resize(n);
+    for (double& v : d.at) v = u(rng);
+    if (sorted) std::sort(d.at.begin(), d.at.end());
+    d.out.resize(n);
+    size = n;
+    inOrder = sorted;
+  }
+  return d;
+}
+
+void args(benchmark::internal::Benchmark* b) {
+  b->Args({1000000, 0})->Args({1000000, 1})->Unit(benchmark::kMillisecond);
+}
+
+void BM_InterpolateLinear(benchmark::State& state) {
+  Data& d = const_cast<Data&>(data(state.range(0), state.range(1)));
+  for (auto _ : state) {
+    zomath_interpolate(d.at.data(), d.out.data(), d.at.size(), d.sx.data(), d.sy.data(),
+                       d.sx.size(), 0, 1.0, nullptr, nullptr, 0, 0);
+    benchmark::DoNotOptimize(d.out.data());
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// What numpy.interp does inside the range: a search and the line through the bracket.
+void BM_InterpolateLinearPlainLoop(benchmark::State& state) {
+  Data& d = const_cast<Data&>(data(state.range(0), state.range(1)));
+  const std::size_t n = d.sx.size();
+  for (auto _ : state) {
+    for (std::size_t i = 0; i < d.at.size(); ++i) {
+      const double x = d.at[i];
+      std::size_t j = std::upper_bound(d.sx.begin(), d.sx.end(), x) - d.sx.begin();
+      j = std::clamp<std::size_t>(j, 1, n - 1);
+      d.out[i] = d.sy[j - 1] + (x - d.sx[j - 1]) * (d.sy[j] - d.sy[j - 1]) / (d.sx[j] - d.sx[j - 1]);
+    }
+    benchmark::DoNotOptimize(d.out.data());
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_InterpolateNaturalSpline(benchmark::State& state) {
+  Data& d = const_cast<Data&>(data(state.range(0), state.range(1)));
+  for (auto _ : state) {
+    zomath_interpolate(d.at.data(), d.out.data(), d.at.size(), d.sx.data(), d.sy.data(),
+                       d.sx.size(), 1, 1.0, nullptr, nullptr, 0, 0);
+    benchmark::DoNotOptimize(d.out.data());
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// 10^4 noisy points of a sine (noise 0.1), read back at their own x; s = m * 0.01 matches the
+// noise (about 30 knots), s = m * 0.001 asks for far more knots than the signal needs.
+void BM_SmoothingSpline(benchmark::State& state) {
+  const int m = 10000;
+  std::mt19937_64 rng(3);
+  std::uniform_real_distribution<double> u(0.0, 10.0);
+  std::normal_distribution<double> noise(0.0, 0.1);
+  std::vector<double> x(m), y(m), out(m);
+  for (double& v : x) v = u(rng);
+  std::sort(x.begin(), x.end());
+  for (int i = 0; i < m; ++i) y[i] = std::sin(x[i]) + noise(rng);
+  const double s = m * (state.range(0) ? 0.001 : 0.01);
+  for (auto _ : state) {
+    const int rc = zomath_interpolate(x.data(), out.data(), m, x.data(), y.data(), m, 2, s,
+                                      nullptr, nullptr, 0, 0);
+    benchmark::DoNotOptimize(rc);
+  }
+  state.SetItemsProcessed(state.iterations() * m);
+}
+
+BENCHMARK(BM_InterpolateLinear)->Apply(args);
+BENCHMARK(BM_InterpolateLinearPlainLoop)->Apply(args);
+BENCHMARK(BM_InterpolateNaturalSpline)->Apply(args);
+BENCHMARK(BM_SmoothingSpline)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -1,0 +1,215 @@
+/* zomath: curve processing. A curve is two parallel double arrays, x and y, owned by the caller
+ * and only read unless an export says it works in place.
+ *
+ * Sections: resampling; look-ups and level search; order, duplicates, grouping and missing
+ * values; curve arithmetic and derivatives. Codes: -11 null pointer, -15 too few points, -18 a
+ * bad size, mode or value, -166 no memory for working storage, and those named below. This
+ * header is plain C. */
+#ifndef ZOMATH_CURVES_H
+#define ZOMATH_CURVES_H
+
+#include <stdbool.h>
+#include <stddef.h>
+
+#include "zomath/core.h"
+
+/* Codes of the curve exports beside the shared ones of zomath/core.h. */
+enum {
+  ZOMATH_CURVE_ERR_EDGE_ORDER = -3,       /* group edges not strictly monotonic */
+  ZOMATH_CURVE_ERR_METHOD = -10,          /* unknown parameterisation */
+  ZOMATH_CURVE_ERR_DIMENSIONS = -12,      /* fewer than 2 dimensions */
+  ZOMATH_CURVE_ERR_NO_POINTS = -13,       /* no points */
+  ZOMATH_CURVE_ERR_SMOOTHING = -14,       /* negative (or NaN) smoothing factor */
+  ZOMATH_CURVE_ERR_SORT = -33,            /* the sort of the duplicates removal failed */
+  ZOMATH_CURVE_ERR_EDGE_OUTSIDE = -37     /* smallest group edge outside the x range */
+};
+
+/* Positive codes of the smoothing spline (mode 2 of zomath_interpolate). */
+enum {
+  ZOMATH_SPLINE_KNOT_LIMIT = 1,       /* s not reachable with nSrcSize + 4 knots, or x tied too often */
+  ZOMATH_SPLINE_SEARCH_FAILED = 2,    /* search for the smoothing parameter failed: s too small */
+  ZOMATH_SPLINE_ITERATION_LIMIT = 3,  /* 20 rounds without |residual sum - s| < 0.001 s */
+  ZOMATH_SPLINE_BAD_INPUT = 10,       /* weight not positive, data not finite, all x equal */
+  ZOMATH_SPLINE_NO_MEMORY = 73
+};
+
+/* Modes of zomath_interpolate, its option bit and its boundary value. */
+#define ZOMATH_INTERP_LINEAR 0
+#define ZOMATH_INTERP_SPLINE 1
+#define ZOMATH_INTERP_SMOOTHING 2
+#define ZOMATH_INTERP_SOURCE_ORDERED 0x10000000u
+#define ZOMATH_SPLINE_NOT_A_KNOT 1
+
+/* Modes of zomath_derivative. */
+#define ZOMATH_DERIV_MEAN 0
+#define ZOMATH_DERIV_FORWARD 2
+#define ZOMATH_DERIV_BACKWARD 4
+
+/* One curve of a list: nSize points at pX, pY; nReserved is not read. */
+typedef struct CurveRecord {
+  unsigned int nSize;
+  const double* pX;
+  const double* pY;
+  unsigned int nReserved;
+} CurveRecord;
+
+ZOMATH_EXTERN_C_BEGIN
+
+/* ==== Resampling ============================================================================ */
+
+/* pY[i] = the curve through the source at pX[i]. nMode 0 linear (extrapolates along the end
+ * segments; one source point is read only at its own x), 1 cubic spline (natural; nBoundary 1
+ * and 5 or more points: not-a-knot; continued as the end cubics outside), 2 smoothing spline
+ * with automatic knots, weighted residual sum <= dSmoothing (weights pWeights or 1), read inside
+ * the source range and along the raw end segments outside. The source is copied and sorted by x
+ * unless nOptions has ZOMATH_INTERP_SOURCE_ORDERED, which only tests it (-17 unless
+ * non-decreasing). NANUM x gives NANUM; a NANUM in the source gives NANUM where it is used
+ * (mode 0: its segments; modes 1 and 2: everywhere). pDerivs (optional, nSrcSize doubles):
+ * mode 1 the second derivatives at the sorted source points, mode 2 the B-spline coefficients
+ * (zeros beyond them). Codes: -11, -15 (sizes 0; mode 1 < 2, mode 2 < 4 points), -14, -17, -18
+ * (mode, after the sort), -166, ZOMATH_SPLINE_* (mode 2). Tied source x: mode 0 reads the y of
+ * the tied point its bisection meets; mode 1 solves the pieces between ties apart. */
+ZOMATH_API int zomath_interpolate(const double* pX, double* pY, unsigned int nSize,
+                                  const double* pSrcX, const double* pSrcY, unsigned int nSrcSize,
+                                  int nMode, double dSmoothing, const double* pWeights,
+                                  double* pDerivs, unsigned int nOptions, int nBoundary);
+
+/* One parameter value a point of a curve in nDim dimensions (pPoints row-major, row d holding
+ * coordinate d of all nPoints points): nMethod 0 the index, 1 centripetal (T[i] = T[i-1] +
+ * |P[i] - P[i-1]|^(1/2)). Codes: -13 no points, -12 nDim < 2, -11, -10 unknown method. */
+ZOMATH_API int zomath_parametric_interpolate_range(double* pT, const double* pPoints,
+                                                   unsigned int nPoints, unsigned int nDim,
+                                                   int nMethod);
+
+/* Each coordinate row of pPoints read against pT at the nNewPoints values pNewT into the rows of
+ * pNewPoints, by zomath_interpolate (natural spline in mode 1). -15 for no points or nDim < 2,
+ * -11, or the first failure of zomath_interpolate (later rows unwritten). */
+ZOMATH_API int zomath_parametric_interpolate_eval(const double* pT, const double* pPoints,
+                                                  unsigned int nPoints, const double* pNewT,
+                                                  double* pNewPoints, unsigned int nNewPoints,
+                                                  unsigned int nDim, int nMode,
+                                                  double dSmoothing, const double* pWeights);
+
+/* ==== Look-ups and level search ============================================================= */
+
+/* *pYOut = y at dX on the line through the bracketing points (extrapolating); an exact hit on a
+ * bisection's middle point gives that point's y. bSorted: x already ascending (else a sorted
+ * copy is used). bUniform: the segment is trunc((dX - x0) / (x1 - x0)), with anything outside
+ * 0 .. n - 2 taken as the last segment. NANUM dX gives NANUM. Codes: -11, -18 (nSize < 2),
+ * -166. */
+ZOMATH_API int zomath_y_form_x(unsigned int nSize, const double* pX, const double* pY, double dX,
+                               double* pYOut, bool bSorted, bool bUniform);
+
+/* *pXOut = the x of the point whose y is nearest dY (no interpolation; between two equally near,
+ * the higher y). Points with a NANUM are passed over; none left, or dY NANUM, gives NANUM.
+ * Codes: -11, -18 (nSize < 2), -166. */
+ZOMATH_API int zomath_x_from_y(unsigned int nSize, const double* pX, const double* pY, double dY,
+                               double* pXOut);
+
+/* Every x (up to nMaxXs) where the curve reaches dY, in curve order: a point within dTolerance
+ * (inclusive) gives its x and index i; a strict crossing between points i - 1 and i is bisected
+ * with fnYAtX(pCtx1, pCtx2, pCtx3, x, &y) for up to nMaxIter rounds, giving the last middle and
+ * index -i. A level beyond the y range by more than dReach gives no x; within reach it is
+ * clamped to the extreme. Unused slots: NANUM and -nSize. Points with a NANUM are passed over.
+ * Codes: -18 dY NANUM, -11 (pX, pY, pXs, pCtx1, pCtx3, fnYAtX null), -2 (nSize 0, nMaxXs 0 or
+ * above nSize), -1 fnYAtX answered false, -166. */
+ZOMATH_API int zomath_find_xs(double dY, unsigned int nSize, const double* pX, const double* pY,
+                              unsigned int nMaxXs, double* pXs, void* pCtx1, void* pCtx2,
+                              void* pCtx3, bool (*fnYAtX)(void*, void*, void*, double, double*),
+                              int* pIndices, double dReach, double dTolerance,
+                              unsigned int nMaxIter);
+
+/* Estimate of the y of a horizontal asymptote: the y at the flatter end when the extremes of y
+ * lie far apart in x, otherwise the mean of the end values. Points with a NANUM are passed over.
+ * Codes: -11, -2 (fewer than 2 points), -166. */
+ZOMATH_API int zomath_yatasymt(unsigned int nSize, const double* pX, const double* pY,
+                               double* pYOut);
+
+/* Estimate of the x of a vertical asymptote: the x of the y extreme that the steeper end rises
+ * to, or the middle of two extremes that lie close together. Codes as zomath_yatasymt. */
+ZOMATH_API int zomath_xatasymt(unsigned int nSize, const double* pX, const double* pY,
+                               double* pXOut);
+
+/* ==== Order, duplicates, grouping and missing values ======================================== */
+
+/* Sorts the points in place by x (ascending or descending), y following; introsort, so tied
+ * x may change order. Nothing happens for a null array or nSize < 2. */
+ZOMATH_API void zomath_sort_xy(double* pX, double* pY, unsigned int nSize, bool bAscending);
+
+/* 2 rising, 1 falling, 0 neither (strictly with bStrict, else ties allowed; rising is tested
+ * first, so a constant or single-element sequence without bStrict answers 2). -11 null,
+ * -5 nSize 0. */
+ZOMATH_API int zomath_is_monotonic(const double* p, unsigned int nSize, bool bStrict);
+
+/* The first nUsed points (all for 0 or nUsed >= nSize) cut into nSegments consecutive segments
+ * of nUsed / nSegments points, the last taking the rest: the mean (pMeans) and sample standard
+ * deviation (pSDs, optional; NANUM from fewer than 2 differences) of each segment's first
+ * differences, and its length (pnCounts, optional). Differences with a NANUM are left out.
+ * Codes: -11, -15 (nSize < 2 or nSegments < 1), -7 a segment below 2 points, -166. */
+ZOMATH_API int zomath_mean_increment(unsigned int nSize, const double* pData, double* pMeans,
+                                     int nSegments, double* pSDs, int* pnCounts,
+                                     unsigned int nUsed);
+
+/* Merges, in place, runs of neighbours whose x gaps are within dTolerance (1e-8 when not
+ * positive) times the x range: the run becomes one point at its middle x with the median
+ * (nMode 1), minimum (2), maximum (3), sum (4) or mean (other values below 5) of its y, NANUM
+ * left out (NANUM when nothing is left). bSort sorts by x first. pDupX receives each merged x
+ * and moves a cursor that pDupCounts (run lengths) shares, so pDupCounts alone keeps
+ * overwriting its first slot; *pnDupGroups the number of merged runs. Returns the new size, or
+ * -18 (nMode >= 5, nSize < 2), -11, -33, -166. */
+ZOMATH_API int zomath_xy_remove_duplicates(double* pX, double* pY, unsigned int nSize, int nMode,
+                                           double dTolerance, bool bSort, double* pDupX,
+                                           double* pDupCounts, int* pnDupGroups);
+
+/* Sorts the points in place in the direction of the (strictly monotonic) edges, y following,
+ * and gives for each edge the index of the last point at or before it (-1 for none, nSize - 1
+ * once the data are passed). Codes: -5 nSize or nEdges < 1, -11, -37 smallest edge outside the
+ * x range, -3 edges not strictly monotonic, -166. */
+ZOMATH_API int zomath_group_xy_by_x(int nSize, double* pX, double* pY, int nEdges,
+                                    const double* pEdges, int* pLastIndices);
+
+/* As zomath_group_xy_by_x, but a point on an edge opens the next group, empty groups are
+ * dropped and the last group takes every remaining point. Returns the number of groups. */
+ZOMATH_API int zomath_group_xy_by_x_new(int nSize, double* pX, double* pY, int nEdges,
+                                        const double* pEdges, int* pLastIndices);
+
+/* Removes, in place, the points whose x or y equals dMissing; the rest keep their order and
+ * pnIndices (optional) receives their input indices. Returns the number kept, or -1 for a null
+ * array or nSize 0 (or above INT_MAX). */
+ZOMATH_API int zomath_1d_remove_missingvalue(double* pX, double* pY, unsigned int nSize,
+                                             double dMissing, int* pnIndices);
+
+/* A copy of the curve sorted by x: pXOut the sorted x, pnIndices (optional) the input index of
+ * each. pYOut the sorted y, result false, when bResample is false or the sorted x are evenly
+ * spaced (relative tolerance 1e-8); otherwise the curve read linearly at the sorted x, result
+ * true (tied x then take the y that the reading meets). False also for null arrays or nSize 0. */
+ZOMATH_API bool zomath_generate_data_for_non_monotonic(unsigned int nSize, const double* pX,
+                                                       const double* pY, double* pXOut,
+                                                       double* pYOut, int* pnIndices,
+                                                       bool bResample);
+
+/* ==== Curve arithmetic and derivatives ====================================================== */
+
+/* Combines two curves on nSize1 output points: x1 itself (nXMode 0) or evenly spaced over the
+ * overlap of the two x ranges (nXMode 1; no overlap: NANUM in both outputs, return 0). Both
+ * curves are read there by zomath_interpolate (mode nInterpolation, smoothing dOption, natural
+ * ends), then y1 + y2, y1 - y2, y1 / y2, y1 * y2 or y1 ^ y2 for nOperator 0 to 4 (another
+ * operator leaves pYOut alone). NANUM in, NANUM out; a divisor whose magnitude is below the
+ * smallest normal double, or a power with no real value, gives NANUM. Codes: -11, -5 (a size
+ * below 1 or nSizeOut < nSize1), -18 unknown nXMode, or the code of zomath_interpolate. */
+ZOMATH_API int zomath_simple_math(int nSizeOut, double* pXOut, double* pYOut, int nSize1,
+                                  const double* pX1, const double* pY1, int nSize2,
+                                  const double* pX2, const double* pY2, int nOperator,
+                                  int nXMode, int nInterpolation, double dOption);
+
+/* Slopes of the curve at its points: nMode 0 the mean of the slopes to the two neighbours
+ * (the one there is at the ends, or where the other is missing), 2 the forward slope, 4 the
+ * backward slope (the other one at the last, first point). A slope across a zero x step or
+ * from a NANUM is NANUM. pDeriv may be pY. Modes 1 and 3 are reserved. Codes: -11, -7 (fewer
+ * than 2 points), -18 (another mode). */
+ZOMATH_API int zomath_derivative(const double* pX, const double* pY, double* pDeriv,
+                                 unsigned int nSize, int nMode);
+
+ZOMATH_EXTERN_C_END
+
+#endif /* ZOMATH_CURVES_H */
