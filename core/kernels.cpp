@@ -3,6 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
 
 namespace zomath::kernels {
 
@@ -104,6 +108,89 @@ bool median(const double* p, std::size_t n, double& out) {
     if (work[static_cast<int>(i)] != work[static_cast<int>(i)]) return false;
   out = median_by_selection(work.Data(), n);
   return true;
+}
+
+namespace {
+
+// Working storage from malloc, freed on every way out; ZOMATH_ERROR when it can't be had.
+template <class T>
+struct Block {
+  std::unique_ptr<T, decltype(&std::free)> p{nullptr, &std::free};
+  explicit Block(std::size_t n) : p(static_cast<T*>(std::malloc(std::max<std::size_t>(n, 1) * sizeof(T))), &std::free) {
+    if (!p) throw ZOMATH_ERROR_NO_MEMORY;
+  }
+  T* get() const { return p.get(); }
+};
+
+// The bits of a double as an unsigned key in the order of the values (for all but NaN): negative
+// values have every bit flipped, others only the sign bit.
+inline std::uint64_t order_key(double x) {
+  std::uint64_t u;
+  std::memcpy(&u, &x, sizeof u);
+  return u ^ ((u >> 63) ? ~std::uint64_t{0} : (std::uint64_t{1} << 63));
+}
+inline double from_order_key(std::uint64_t u) {
+  u ^= (u >> 63) ? (std::uint64_t{1} << 63) : ~std::uint64_t{0};
+  double x;
+  std::memcpy(&x, &u, sizeof x);
+  return x;
+}
+
+// Least-significant-digit radix sort of m keys on six digits of 11 bits (the last two of 10).
+// One read builds every digit's histogram; a digit that all keys share is passed over, which is
+// common for the top digits (sign and exponent) of real data.
+void radix_sort(std::uint64_t* keys, std::size_t m) {
+  constexpr int kDigits = 6, kBits = 11, kBuckets = 1 << kBits;
+  const Block<std::size_t> counts(std::size_t{kDigits} * kBuckets);
+  std::size_t* h = counts.get();
+  std::fill(h, h + kDigits * kBuckets, std::size_t{0});
+  for (std::size_t i = 0; i < m; ++i)
+    for (int d = 0; d < kDigits; ++d) ++h[d * kBuckets + ((keys[i] >> (d * kBits)) & (kBuckets - 1))];
+  const Block<std::uint64_t> scratch(m);
+  std::uint64_t* from = keys;
+  std::uint64_t* to = scratch.get();
+  for (int d = 0; d < kDigits; ++d) {
+    std::size_t* c = h + d * kBuckets;
+    const int shift = d * kBits;
+    if (c[(from[0] >> shift) & (kBuckets - 1)] == m) continue;
+    std::size_t total = 0;
+    for (int b = 0; b < kBuckets; ++b) {
+      const std::size_t k = c[b];
+      c[b] = total;
+      total += k;
+    }
+    for (std::size_t i = 0; i < m; ++i) to[c[(from[i] >> shift) & (kBuckets - 1)]++] = from[i];
+    std::swap(from, to);
+  }
+  if (from != keys) std::memcpy(keys, from, m * sizeof *keys);
+}
+
+// Below this count a comparison sort is quicker than the radix sort's fixed cost.
+constexpr std::size_t kRadixFrom = 2048;
+
+}  // namespace
+
+void sorted_values(const double* p, std::size_t n, NRVec<double>& out) {
+  std::size_t m = 0;
+  for (std::size_t i = 0; i < n; ++i) m += (p[i] == p[i] && p[i] != NANUM);
+  if (m > static_cast<std::size_t>(std::numeric_limits<int>::max())) throw ZOMATH_ERROR_NO_MEMORY;
+  out.SetSize(static_cast<int>(m));
+  if (m == 0) return;
+  double* o = out.Data();
+  if (m < kRadixFrom) {
+    std::size_t k = 0;
+    for (std::size_t i = 0; i < n; ++i)
+      if (p[i] == p[i] && p[i] != NANUM) o[k++] = p[i];
+    std::sort(o, o + m);
+    return;
+  }
+  const Block<std::uint64_t> keys(m);
+  std::uint64_t* k = keys.get();
+  std::size_t j = 0;
+  for (std::size_t i = 0; i < n; ++i)
+    if (p[i] == p[i] && p[i] != NANUM) k[j++] = order_key(p[i]);
+  radix_sort(k, m);
+  for (std::size_t i = 0; i < m; ++i) o[i] = from_order_key(k[i]);
 }
 
 }  // namespace zomath::kernels

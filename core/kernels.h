@@ -642,4 +642,9 @@ double median_by_selection(double* work, std::size_t n);
 // Throws ZOMATH_ERROR_NO_MEMORY when working storage can't be had.
 bool median(const double* p, std::size_t n, double& out);
 
+// The values of p[0..n) that are neither NANUM nor NaN, in ascending order, into out (resized
+// to their count; -0 and +0 are equal, in either order). Throws ZOMATH_ERROR_NO_MEMORY when
+// working storage can't be had.
+void sorted_values(const double* p, std::size_t n, NRVec<double>& out);
+
 }  // namespace zomath::kernels

@@ -8,5 +8,6 @@
 #include "zomath/linalg.h"
 #include "zomath/records.h"
 #include "zomath/scalar.h"
+#include "zomath/stats.h"
 
 #endif /* ZOMATH_ZOMATH_H */

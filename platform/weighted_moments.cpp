@@ -1,0 +1,39 @@
+#include "platform/weighted_moments.h"
+
+#include <cmath>
+
+#include "platform/moment_sums.h"
+
+namespace zomath::platform {
+
+int weighted_moments(const double* x, std::ptrdiff_t n, const double* w, WeightedMoments& out,
+                     NagError& err) {
+  err.reset();
+  if (!x || n < 1) return err.fail(kMomentsNoData, "fewer than one value");
+  const FirstSums first = first_sums(x, w, n, false);
+  if (first.negativeWeights > 0)
+    return err.fail(kMomentsNegativeWeight, "a weight below 0", static_cast<int>(first.negativeWeights));
+  const double W = first.weightSum;
+  if (first.nonzeroWeights < 2) {
+    out.weightSum = W;
+    if (first.nonzeroWeights == 1) out.mean = first.mean;
+    return err.fail(kMomentsTooFewWeights, "fewer than two weights above 0");
+  }
+  const double scale = deviation_scale(first.maxAbs);
+  const DeviationSums dev = deviation_sums(x, w, n, first.mean, scale, false, false);
+  const double d = W - first.weightSquares / W;
+  const double corSumSq = dev.corrected(W);  // in units of scale^-2
+  out.weightSum = W;
+  out.mean = first.mean + (dev.sumD / W) / scale;
+  if (corSumSq == 0) {
+    out.sd = 0;
+    return err.fail(kMomentsZeroVariance, "zero variance");
+  }
+  const double variance = corSumSq / d, sd = std::sqrt(variance);
+  out.sd = sd / scale;
+  out.skewness = dev.m3 / (d * sd * variance);
+  out.kurtosis = dev.m4 / (d * variance * variance) - 3.0;
+  return 0;
+}
+
+}  // namespace zomath::platform
