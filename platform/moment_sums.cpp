@@ -219,27 +219,33 @@ template <bool kWeighted, bool kSkip>
     out.minWeight = lo;
     out.maxWeight = hi;
   }
-  out.logAbsSum = static_cast<double>(logs + expo * 0.693147180559945309417232121458L);
+  // The mean log is large where the values are far from 1 (-460 near 1e-200): it stays in
+  // long double, so that its rounding costs the geometric mean nothing.
+  long double logSum = logs + expo * 0.693147180559945309417232121458L;
   if (special) {
-    long double s = 0;
-    for_each_point(x, w, n, kSkip, [&s](double xi, double) {
-      if (xi != 0) s += std::log(std::fabs(static_cast<long double>(xi)));
+    logSum = 0;
+    for_each_point(x, w, n, kSkip, [&logSum](double xi, double) {
+      if (xi != 0) logSum += std::log(std::fabs(static_cast<long double>(xi)));
     });
-    out.logAbsSum = static_cast<double>(s);
   }
+  const std::ptrdiff_t logged = out.valid - out.zeros;
+  if (logged > 0) out.geometricMean = static_cast<double>(std::exp(logSum / logged));
 
   if (kWeighted) {
     out.weightSum = weights.value();
     out.mean = std::numeric_limits<double>::quiet_NaN();
     if (out.weightSum != 0) {
-      // (s + c) / (W + Wc), rounded once but for a last-bit tie.
+      // (s + c) / (W + Wc) as a double and the remainder of its rounding.
       const double q = sum.s / weights.s;
       const double r = std::fma(-q, weights.s, sum.s);
       out.mean = q + (r + sum.c - q * weights.c) / weights.s;
+      out.meanLow = (std::fma(-out.mean, weights.s, sum.s) + sum.c - out.mean * weights.c) / weights.s;
     }
   } else {
     out.weightSum = out.weightSquares = static_cast<double>(out.valid);
-    out.mean = out.valid ? sum.mean(static_cast<double>(out.valid)) : std::numeric_limits<double>::quiet_NaN();
+    const double n = static_cast<double>(out.valid);
+    out.mean = out.valid ? sum.mean(n) : std::numeric_limits<double>::quiet_NaN();
+    if (out.valid) out.meanLow = (std::fma(-out.mean, n, sum.s) + sum.c) / n;
   }
   // A total beyond the range of doubles, or a product too large to split: a long double
   // accumulation decides, as for the plain sums.
@@ -250,7 +256,9 @@ template <bool kWeighted, bool kSkip>
       ws += wi;
     });
     out.mean = static_cast<double>(s / ws);
+    out.meanLow = 0;
   }
+  if (!std::isfinite(out.meanLow)) out.meanLow = 0;
   return out;
 }
 
@@ -262,55 +270,61 @@ struct DeviationLanes {
 
 template <bool kWeighted, bool kRoot, bool kSkip>
 [[gnu::always_inline]] inline void deviation_block(DeviationLanes& L, F8 xv, F8 wv, I8 live,
-                                                   F8 mean, F8 scale) {
+                                                   F8 mean, F8 meanLow, F8 scale) {
   const F8 zero = {};
   const I8 keep = kept<kWeighted, kSkip>(xv, wv, live);
   F8 e;
   const F8 t = two_sum(xv, -mean, e);
-  // d = (dh + dl) exactly, scaled; a point left out has d = 0, whatever the mean.
+  // d = dh + dl: the deviation from the mean to twice a double's precision, scaled (exactly:
+  // scale is a power of two). A point left out has d = 0, whatever the mean. The powers of d
+  // take dl to first order, which leaves nothing of it above the rounding of a double.
   const F8 dh = keep ? t * scale : zero;
-  const F8 dl = keep ? e * scale : zero;
+  const F8 dl = keep ? (e - meanLow) * scale : zero;
   const F8 xs = keep ? xv * scale : zero;
   const F8 q = dh * dh;
+  const F8 q2 = 2.0 * dh * dl;               // d^2 = q + q2
+  const F8 c3 = q * (dh + 3.0 * dl);          // d^3
+  const F8 c4 = q * (q + 2.0 * q2);           // d^4
+  const F8 ad = abs(dh + dl);
   if constexpr (kWeighted) {
     const F8 wr = read_weight(wv, keep);
     L.s1 = two_sum(L.s1, wr * dh, e);
     L.e1 += e + wr * dl;
     L.s2 = two_sum(L.s2, wr * q, e);
-    L.e2 += e + 2.0 * wr * dh * dl;
-    L.sa += wr * abs(dh);
+    L.e2 += e + wr * q2;
+    L.sa += wr * ad;
     L.sx += wr * xs * xs;
     const F8 w3 = kRoot ? wr * sqrt(wr) : wr;
     const F8 w4 = kRoot ? wr * wr : wr;
-    L.m3 += w3 * (q * dh);
-    L.m4 += w4 * (q * q);
+    L.m3 += w3 * c3;
+    L.m4 += w4 * c4;
   } else {
     L.s1 = two_sum(L.s1, dh, e);
     L.e1 += e + dl;
     L.s2 = two_sum(L.s2, q, e);
-    L.e2 += e + 2.0 * dh * dl;
-    L.sa += abs(dh);
+    L.e2 += e + q2;
+    L.sa += ad;
     L.sx += xs * xs;
-    L.m3 += q * dh;
-    L.m4 += q * q;
+    L.m3 += c3;
+    L.m4 += c4;
   }
 }
 
 template <bool kWeighted, bool kRoot, bool kSkip>
 [[gnu::always_inline]] inline DeviationSums deviation_pass(const double* x, const double* w,
                                                            std::ptrdiff_t n, double mean,
-                                                           double scale) {
-  const F8 one = F8{} + 1.0, m = F8{} + mean, u = F8{} + scale;
+                                                           double meanLow, double scale) {
+  const F8 one = F8{} + 1.0, m = F8{} + mean, ml = F8{} + meanLow, u = F8{} + scale;
   DeviationLanes L;
   std::ptrdiff_t i = 0;
   for (; i + kLanes <= n; i += kLanes)
     deviation_block<kWeighted, kRoot, kSkip>(L, load(x + i), kWeighted ? load(w + i) : one,
-                                             I8{} - 1, m, u);
+                                             I8{} - 1, m, ml, u);
   if (i < n) {
     const std::ptrdiff_t r = n - i;
     deviation_block<kWeighted, kRoot, kSkip>(L, load_part(x + i, r, 0.0),
                                              kWeighted ? load_part(w + i, r, 1.0) : one,
-                                             first_lanes(r), m, u);
+                                             first_lanes(r), m, ml, u);
   }
   CompensatedSum d1, d2;
   DeviationSums out;
@@ -340,8 +354,8 @@ ZOMATH_FIRST_PASS(first_weighted_skip, true, true)
 
 #define ZOMATH_DEVIATION_PASS(NAME, W, R, S)                                                  \
   ZOMATH_VECTOR_CLONES DeviationSums NAME(const double* x, const double* w, std::ptrdiff_t n,  \
-                                          double mean, double scale) {                         \
-    return deviation_pass<W, R, S>(x, w, n, mean, scale);                                      \
+                                          double mean, double low, double scale) {             \
+    return deviation_pass<W, R, S>(x, w, n, mean, low, scale);                                      \
   }
 ZOMATH_DEVIATION_PASS(deviations_plain, false, false, false)
 ZOMATH_DEVIATION_PASS(deviations_plain_skip, false, false, true)
@@ -366,14 +380,14 @@ double deviation_scale(double maxAbs) {
 }
 
 DeviationSums deviation_sums(const double* x, const double* w, std::ptrdiff_t n, double mean,
-                             double scale, bool bRootWeights, bool bSkipMissing) {
+                             double meanLow, double scale, bool bRootWeights, bool bSkipMissing) {
   if (!x || n < 1) return DeviationSums{};
-  if (!w) return bSkipMissing ? deviations_plain_skip(x, w, n, mean, scale)
-                              : deviations_plain(x, w, n, mean, scale);
-  if (bRootWeights) return bSkipMissing ? deviations_root_skip(x, w, n, mean, scale)
-                                        : deviations_root(x, w, n, mean, scale);
-  return bSkipMissing ? deviations_weighted_skip(x, w, n, mean, scale)
-                      : deviations_weighted(x, w, n, mean, scale);
+  if (!w) return bSkipMissing ? deviations_plain_skip(x, w, n, mean, meanLow, scale)
+                              : deviations_plain(x, w, n, mean, meanLow, scale);
+  if (bRootWeights) return bSkipMissing ? deviations_root_skip(x, w, n, mean, meanLow, scale)
+                                        : deviations_root(x, w, n, mean, meanLow, scale);
+  return bSkipMissing ? deviations_weighted_skip(x, w, n, mean, meanLow, scale)
+                      : deviations_weighted(x, w, n, mean, meanLow, scale);
 }
 
 }  // namespace zomath::platform

@@ -24,19 +24,23 @@ struct FirstSums {
   double maxWeight = 1.0;              // no weights or no valid point)
   double weightSum = 0;                // W, the sum of the weights read
   double weightSquares = 0;            // S2, the sum of their squares
-  double mean = 0;                     // sum w x / W (NaN when W is 0)
+  double mean = 0;                     // sum w x / W (NaN when W is 0), rounded
+  double meanLow = 0;                  // what the rounding left out: mean + meanLow is the
+                                       // quotient to about twice a double's precision
   double maxAbs = 0;                   // largest |x| of a valid point
-  double logAbsSum = 0;                // sum of ln |x| over the valid values that are not 0
+  double geometricMean = 0;            // exp(mean of ln |x|) over the valid values that are not
+                                       // 0, formed in long double (0 when there is none)
 };
 
 FirstSums first_sums(const double* x, const double* w, std::ptrdiff_t n, bool bSkipMissing);
 
-// Sums over the points that the first pass kept, of the scaled deviations d = (x - mean) scale,
+// Sums over the points that the first pass kept, of the scaled deviations
+// d = (x - mean - meanLow) scale, each carried as a double and its small correction,
 // with the weights read as the first pass reads them. scale is a power of two that brings the
 // data near 1 (deviation_scale), so that no power up to the fourth overflows or underflows and
 // the scaling itself is exact.
 struct DeviationSums {
-  double sumD = 0;    // sum w d, with its rounding errors: the mean's own error, times W
+  double sumD = 0;    // sum w d: what is left of the mean's error, times W
   double sumD2 = 0;   // sum w d^2
   double sumAbs = 0;  // sum w |d|
   double sumX2 = 0;   // sum w (x scale)^2
@@ -51,6 +55,6 @@ struct DeviationSums {
 double deviation_scale(double maxAbs);
 
 DeviationSums deviation_sums(const double* x, const double* w, std::ptrdiff_t n, double mean,
-                             double scale, bool bRootWeights, bool bSkipMissing);
+                             double meanLow, double scale, bool bRootWeights, bool bSkipMissing);
 
 }  // namespace zomath::platform

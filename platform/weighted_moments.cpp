@@ -20,11 +20,11 @@ int weighted_moments(const double* x, std::ptrdiff_t n, const double* w, Weighte
     return err.fail(kMomentsTooFewWeights, "fewer than two weights above 0");
   }
   const double scale = deviation_scale(first.maxAbs);
-  const DeviationSums dev = deviation_sums(x, w, n, first.mean, scale, false, false);
+  const DeviationSums dev = deviation_sums(x, w, n, first.mean, first.meanLow, scale, false, false);
   const double d = W - first.weightSquares / W;
   const double corSumSq = dev.corrected(W);  // in units of scale^-2
   out.weightSum = W;
-  out.mean = first.mean + (dev.sumD / W) / scale;
+  out.mean = first.mean + (first.meanLow + (dev.sumD / W) / scale);
   if (corSumSq == 0) {
     out.sd = 0;
     return err.fail(kMomentsZeroVariance, "zero variance");

@@ -50,7 +50,7 @@ double denominator(int flag, double n, double W, double S2) {
 double geometric_mean(const platform::FirstSums& s) {
   if (s.zeros > 0) return 0.0;
   if (s.negatives % 2 != 0) return NANUM;
-  return std::exp(s.logAbsSum / static_cast<double>(s.valid - s.zeros));
+  return s.geometricMean;
 }
 
 double moment_engine(const double* x, std::ptrdiff_t nx, const double* w, std::ptrdiff_t nw,
@@ -78,9 +78,9 @@ double moment_engine(const double* x, std::ptrdiff_t nx, const double* w, std::p
     const double scale = platform::deviation_scale(s.maxAbs);
     const bool rootWeights = w && flag != DS_NAG;
     const platform::DeviationSums dev =
-        platform::deviation_sums(x, w, nx, s.mean, scale, rootWeights, true);
+        platform::deviation_sums(x, w, nx, s.mean, s.meanLow, scale, rootWeights, true);
     const double cor = dev.corrected(W);
-    mean += (dev.sumD / W) / scale;
+    mean += s.meanLow + (dev.sumD / W) / scale;
     put(out.corSumSq, cor / scale / scale);
     put(out.uncorSumSq, dev.sumX2 / scale / scale);
     put(out.mad, dev.sumAbs / W / scale);
