@@ -1,5 +1,6 @@
 // Exports that read an array as a sample or a curve: zomath_discrete_frequencies and
 // zomath_integrate.
+#include <cmath>
 #include <cstddef>
 
 #include "core/kernels.h"
@@ -55,16 +56,18 @@ int zomath_integrate(int nSize, const double* pX, const double* pY, double* pAre
     previous = pX[i];
   }
   if (count < 2) return ZOMATH_ERR_TOO_FEW_FOR_RANGE;
+  // The running area with its rounding errors; an infinite or NaN total stands as it is.
   zomath::kernels::CompensatedSum area;
+  auto total = [&area] { return std::isfinite(area.s) ? area.value() : area.s; };
   int last = -1;
   for (int i = 0; i < nSize; ++i) {
     if (valid(i)) {
       if (last >= 0) area.add((pX[i] - pX[last]) * (0.5 * pY[last] + 0.5 * pY[i]));
       last = i;
     }
-    if (pCumulative) pCumulative[i] = area.value();
+    if (pCumulative) pCumulative[i] = total();
   }
-  if (pArea) *pArea = area.value();
+  if (pArea) *pArea = total();
   return ZOMATH_OK;
 }
 
