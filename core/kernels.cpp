@@ -193,4 +193,105 @@ void sorted_values(const double* p, std::size_t n, NRVec<double>& out) {
   for (std::size_t i = 0; i < m; ++i) o[i] = from_order_key(k[i]);
 }
 
+// Values are grouped without an order: a pass counts them into 2^b buckets by a hash of their
+// bits, a second copies their bits there, and each bucket, a few thousand values that stay in
+// the cache, is counted in an open-addressing table (linear probing, grown when half full).
+// Only the buckets that hold the largest count are counted again to find its values. Three
+// reads and one write of the data where a sort makes a dozen.
+MostFrequent most_frequent(const double* p, std::size_t n) {
+  auto valid = [](double x) { return x == x && x != NANUM; };
+  auto bits = [](double x) {
+    x += 0.0;  // -0 becomes +0
+    std::uint64_t u;
+    std::memcpy(&u, &x, sizeof u);
+    return u;
+  };
+  int logBuckets = 0;
+  while (logBuckets < 12 && (std::size_t{4096} << logBuckets) < n) ++logBuckets;
+  const std::size_t buckets = std::size_t{1} << logBuckets;
+  auto bucket = [logBuckets](std::uint64_t u) -> std::size_t {
+    return logBuckets ? (u * 0x9E3779B97F4A7C15ull) >> (64 - logBuckets) : 0;
+  };
+  const Block<std::size_t> start(buckets + 1);
+  std::size_t* at = start.get();
+  std::fill(at, at + buckets + 1, std::size_t{0});
+  std::size_t m = 0;
+  double least = HUGE_VAL;
+  for (std::size_t i = 0; i < n; ++i)
+    if (valid(p[i])) {
+      ++at[bucket(bits(p[i])) + 1];
+      ++m;
+      least = std::min(least, p[i] + 0.0);
+    }
+  if (m == 0) return MostFrequent{};
+  std::size_t largest = 0;
+  for (std::size_t b = 0; b < buckets; ++b) {
+    largest = std::max(largest, at[b + 1]);
+    at[b + 1] += at[b];
+  }
+  const Block<std::uint64_t> keys(m);
+  {
+    const Block<std::size_t> next(buckets);
+    std::copy(at, at + buckets, next.get());
+    for (std::size_t i = 0; i < n; ++i)
+      if (valid(p[i])) {
+        const std::uint64_t u = bits(p[i]);
+        keys.get()[next.get()[bucket(u)]++] = u;
+      }
+  }
+
+  // The counting table, reused from bucket to bucket.
+  int logSlots = 4;
+  while (logSlots < 16 && (std::size_t{1} << logSlots) < 2 * largest) ++logSlots;
+  std::unique_ptr<Block<std::uint64_t>> held(new Block<std::uint64_t>(std::size_t{1} << logSlots));
+  std::unique_ptr<Block<std::uint32_t>> counts(new Block<std::uint32_t>(std::size_t{1} << logSlots));
+  // Counts bucket b into the table; returns its largest count.
+  auto count = [&](std::size_t b) {
+    for (;;) {
+      const std::size_t size = std::size_t{1} << logSlots;
+      std::uint32_t* c = counts->get();
+      std::uint64_t* h = held->get();
+      std::fill(c, c + size, 0u);
+      std::size_t distinct = 0;
+      std::uint32_t most = 0;
+      bool full = false;
+      for (std::size_t k = at[b]; k < at[b + 1] && !full; ++k) {
+        const std::uint64_t u = keys.get()[k];
+        std::size_t slot = (u * 0xC2B2AE3D27D4EB4Full) >> (64 - logSlots);
+        while (c[slot] != 0 && h[slot] != u) slot = (slot + 1) & (size - 1);
+        if (c[slot] == 0) {
+          h[slot] = u;
+          full = 2 * ++distinct > size;
+        }
+        most = std::max(most, ++c[slot]);
+      }
+      if (!full) return most;
+      // Half full: twice the slots, and this bucket again.
+      ++logSlots;
+      held.reset(new Block<std::uint64_t>(std::size_t{1} << logSlots));
+      counts.reset(new Block<std::uint32_t>(std::size_t{1} << logSlots));
+    }
+  };
+  const Block<std::uint32_t> most(buckets);
+  std::uint32_t top = 0;
+  for (std::size_t b = 0; b < buckets; ++b) top = std::max(top, most.get()[b] = count(b));
+  MostFrequent best{least, top, m};
+  if (top == 1) return best;  // every value distinct
+  best.ties = 0;
+  best.value = HUGE_VAL;
+  for (std::size_t b = 0; b < buckets; ++b) {
+    if (most.get()[b] != top) continue;
+    count(b);
+    const std::size_t size = std::size_t{1} << logSlots;
+    for (std::size_t slot = 0; slot < size; ++slot) {
+      if (counts->get()[slot] != top) continue;
+      double v;
+      std::memcpy(&v, &held->get()[slot], sizeof v);
+      ++best.ties;
+      best.value = std::min(best.value, v);
+    }
+  }
+  return best;
+}
+
 }  // namespace zomath::kernels

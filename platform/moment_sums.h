@@ -46,6 +46,7 @@ struct DeviationSums {
   double sumX2 = 0;   // sum w (x scale)^2
   double m3 = 0;      // sum w d^3, or sum w^(3/2) d^3 with root weights
   double m4 = 0;      // sum w d^4, or sum w^2 d^4 with root weights
+  double scale = 1;   // the scale of d
   // sum w d^2 without the part that the mean's error puts in it: sumD2 - sumD^2 / W.
   double corrected(double W) const { return sumD2 - sumD * sumD / W; }
 };

@@ -11,6 +11,16 @@ int weighted_moments(const double* x, std::ptrdiff_t n, const double* w, Weighte
   err.reset();
   if (!x || n < 1) return err.fail(kMomentsNoData, "fewer than one value");
   const FirstSums first = first_sums(x, w, n, false);
+  DeviationSums dev;
+  // The second pass only when the first leaves something to compute.
+  if (first.negativeWeights == 0 && first.nonzeroWeights >= 2)
+    dev = deviation_sums(x, w, n, first.mean, first.meanLow, deviation_scale(first.maxAbs), false, false);
+  return weighted_moments_from_sums(first, dev, out, err);
+}
+
+int weighted_moments_from_sums(const FirstSums& first, const DeviationSums& dev,
+                               WeightedMoments& out, NagError& err) {
+  err.reset();
   if (first.negativeWeights > 0)
     return err.fail(kMomentsNegativeWeight, "a weight below 0", static_cast<int>(first.negativeWeights));
   const double W = first.weightSum;
@@ -19,8 +29,7 @@ int weighted_moments(const double* x, std::ptrdiff_t n, const double* w, Weighte
     if (first.nonzeroWeights == 1) out.mean = first.mean;
     return err.fail(kMomentsTooFewWeights, "fewer than two weights above 0");
   }
-  const double scale = deviation_scale(first.maxAbs);
-  const DeviationSums dev = deviation_sums(x, w, n, first.mean, first.meanLow, scale, false, false);
+  const double scale = dev.scale;
   const double d = W - first.weightSquares / W;
   const double corSumSq = dev.corrected(W);  // in units of scale^-2
   out.weightSum = W;

@@ -10,6 +10,7 @@
 #include <cstddef>
 
 #include "platform/error_record.h"
+#include "platform/moment_sums.h"
 
 namespace zomath::platform {
 
@@ -35,5 +36,11 @@ struct WeightedMoments {
 // written, or a code above (also in err) with the fields it names written.
 int weighted_moments(const double* x, std::ptrdiff_t n, const double* w, WeightedMoments& out,
                      NagError& err);
+
+// The same from the two passes over the points, for a caller that has made them:
+// first_sums(x, w, n, false) and deviation_sums without root weights, from first's mean and
+// at deviation_scale(first.maxAbs). Returns as weighted_moments for n >= 1.
+int weighted_moments_from_sums(const FirstSums& first, const DeviationSums& dev,
+                               WeightedMoments& out, NagError& err);
 
 }  // namespace zomath::platform

@@ -53,8 +53,17 @@ double geometric_mean(const platform::FirstSums& s) {
   return s.geometricMean;
 }
 
+platform::DeviationSums deviations(const double* x, const double* w, std::ptrdiff_t n,
+                                   const platform::FirstSums& s, bool bRootWeights) {
+  // Deviations in units of a power of two near the data, so that their fourth powers neither
+  // overflow nor underflow; the sums are brought back to the data's units by the caller.
+  return platform::deviation_sums(x, w, n, s.mean, s.meanLow, platform::deviation_scale(s.maxAbs),
+                                  bRootWeights, true);
+}
+
 double moment_engine(const double* x, std::ptrdiff_t nx, const double* w, std::ptrdiff_t nw,
-                     int flag, const MomentOutputs& out, const platform::FirstSums* pScan) {
+                     int flag, const MomentOutputs& out, const platform::FirstSums* pScan,
+                     const platform::DeviationSums* pDev) {
   for (double* p : {out.mean, out.mad, out.sd, out.variance, out.skewness, out.kurtosis, out.geoMean})
     put(p, NANUM);
   put(out.corSumSq, 0.0);
@@ -73,12 +82,12 @@ double moment_engine(const double* x, std::ptrdiff_t nx, const double* w, std::p
   double mean = s.mean;
   if (out.mad || out.sd || out.variance || out.skewness || out.kurtosis || out.corSumSq ||
       out.uncorSumSq) {
-    // Deviations in units of a power of two near the data, so that their fourth powers
-    // neither overflow nor underflow; every sum is brought back to the data's units at the end.
-    const double scale = platform::deviation_scale(s.maxAbs);
-    const bool rootWeights = w && flag != DS_NAG;
-    const platform::DeviationSums dev =
-        platform::deviation_sums(x, w, nx, s.mean, s.meanLow, scale, rootWeights, true);
+    // Root weights differ from plain ones only in the third and fourth powers, and only for
+    // weights other than 1.
+    const bool rootWeights = w && flag != DS_NAG && s.weightNotOne;
+    const bool reuse = pDev && (!rootWeights || (!out.skewness && !out.kurtosis));
+    const platform::DeviationSums dev = reuse ? *pDev : deviations(x, w, nx, s, rootWeights);
+    const double scale = dev.scale;
     const double cor = dev.corrected(W);
     mean += s.meanLow + (dev.sumD / W) / scale;
     put(out.corSumSq, cor / scale / scale);
@@ -120,27 +129,39 @@ double moment_engine(const double* x, std::ptrdiff_t nx, const double* w, std::p
 }
 
 double mode(const double* x, std::ptrdiff_t n, bool& bMultiModal) {
-  bMultiModal = false;
-  NRVec<double> sorted;
-  kernels::sorted_values(x, static_cast<std::size_t>(n), sorted);
-  const int m = sorted.size();
-  // The longest run of equal values, the first (smallest) of those that tie for it.
-  int best = 1, ties = 0;
-  double value = NANUM;
-  for (int i = 0; i < m;) {
-    int j = i + 1;
-    while (j < m && sorted[j] == sorted[i]) ++j;
-    if (j - i > best) {
-      best = j - i;
-      value = sorted[i] + 0.0;  // -0 and +0 are one value, 0
-      ties = 1;
-    } else if (j - i == best && best > 1) {
-      ++ties;
-    }
-    i = j;
+  const kernels::MostFrequent f = kernels::most_frequent(x, static_cast<std::size_t>(n));
+  bMultiModal = f.count > 1 && f.ties > 1;
+  return f.count > 1 ? f.value : NANUM;
+}
+
+double geometric_sd(const double* x, std::ptrdiff_t n, int flag, const platform::FirstSums& s) {
+  // The logarithms, taken one at a time and never stored, less a shift near their mean; four
+  // compensated sums of the shifted logs and their squares, interleaved so that the additions
+  // of one point don't wait for those of the last. The corrected two-pass form takes out what
+  // the shift misses of the mean.
+  const double shift = s.geometricMean > 0 && std::isfinite(s.geometricMean) ? std::log(s.geometricMean) : 0.0;
+  kernels::CompensatedSum s1[4], s2[4];
+  std::ptrdiff_t k = 0;
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const double xi = x[i];
+    if (xi == NANUM) continue;
+    if (!(xi > 0) && xi == xi) return NANUM;  // below 0, or 0 (whose log is -infinity)
+    const double d = std::log(xi) - shift;
+    s1[k & 3].add(d);
+    s2[k & 3].add(d * d);
+    ++k;
   }
-  bMultiModal = ties > 1;
-  return value;
+  for (int j = 1; j < 4; ++j) {
+    s1[0].merge(s1[j].s, s1[j].c);
+    s2[0].merge(s2[j].s, s2[j].c);
+  }
+  const double count = static_cast<double>(k);
+  const double den = denominator(flag, count, count, count);
+  if (k == 0 || !(den > 0)) return NANUM;
+  const double sum = s1[0].value();
+  const double v = std::fmax(0.0, (s2[0].value() - sum * sum / count) / den);
+  const double sd = std::sqrt(v);
+  return std::isfinite(sd) ? std::exp(sd) : NANUM;
 }
 
 void confidence_limits(double mean, double sd, double W, std::ptrdiff_t n, int flag,

@@ -119,29 +119,16 @@ int basic_summary(int nSize, const double* x, const double* w, int flag, const S
       m.geoMean = o.geoMean;
       W = moment_engine(x, nSize, w, nSize, flag, m, &s);
     } else {
-      // The weighted moments take only valid points and no weight below 0: compress when the
-      // data hold either.
-      const double* xc = x;
-      const double* wc = w;
-      int nc = nSize;
-      NRVec<double> cx, cw;
-      if (missing > 0 || s.negativeWeights > 0) {
-        cx.SetSize(n);
-        if (w) cw.SetSize(n);
-        int k = 0;
-        for (int i = 0; i < nSize; ++i) {
-          if (x[i] == NANUM || (w && w[i] == NANUM)) continue;
-          cx[k] = x[i];
-          if (w) cw[k] = w[i] < 0 ? 0.0 : w[i];
-          ++k;
-        }
-        xc = cx.Data();
-        wc = w ? cw.Data() : nullptr;
-        nc = n;
-      }
+      // One second pass serves both: the weighted moments of the valid points (the passes
+      // leave out missing points and read a weight below 0 as 0, as a compressed copy would
+      // hold them), and the moment engine, whose root weights this route never needs (flags 0
+      // and 2 come here without weights, flag 4 takes the shape from the weighted moments).
+      platform::FirstSums valid = s;
+      valid.negativeWeights = 0;
+      const platform::DeviationSums dev = deviations(x, w, nSize, s, false);
       platform::WeightedMoments r;
       platform::NagError err;
-      const int code = platform::weighted_moments(xc, nc, wc, r, err);
+      const int code = platform::weighted_moments_from_sums(valid, dev, r, err);
       if (code != 0 && code != platform::kMomentsZeroVariance) return ZOMATH_OK;
       mean = r.mean;
       sd = r.sd;
@@ -162,7 +149,7 @@ int basic_summary(int nSize, const double* x, const double* w, int flag, const S
         m.skewness = o.skewness;
         m.kurtosis = o.kurtosis;
       }
-      if (m.mad || m.geoMean || m.skewness || m.kurtosis) moment_engine(x, nSize, w, nSize, flag, m, &s);
+      if (m.mad || m.geoMean || m.skewness || m.kurtosis) moment_engine(x, nSize, w, nSize, flag, m, &s, &dev);
     }
   } catch (int code) {
     return code;
@@ -176,25 +163,6 @@ int basic_summary(int nSize, const double* x, const double* w, int flag, const S
   put(o.sd, sd);
   put(o.weightSum, W);
   return ZOMATH_OK;
-}
-
-// exp(SD of ln x) under `flag`, without weights.
-double geometric_sd(const double* x, int n, int flag) {
-  NRVec<double> logs(n);
-  for (int i = 0; i < n; ++i) {
-    if (x[i] == NANUM) {
-      logs[i] = NANUM;
-      continue;
-    }
-    if (!(x[i] > 0) && x[i] == x[i]) return NANUM;  // below 0, or 0 (whose log is -infinity)
-    logs[i] = std::log(x[i]);
-  }
-  double sd = NANUM;
-  SummaryOutputs o;
-  o.sd = &sd;
-  if (basic_summary(n, logs.Data(), nullptr, flag, o) != 0 || sd == NANUM || !std::isfinite(sd))
-    return NANUM;
-  return std::exp(sd);
 }
 
 struct OptionalOutputs {
@@ -227,7 +195,7 @@ int opt_summary(int nSize, const double* x, const double* w, int flag, double le
       *o.mode = mode(x, nSize, multi);
       put(o.multiModal, multi);
     }
-    if (o.geoSD) *o.geoSD = geometric_sd(x, nSize, flag);
+    if (o.geoSD) *o.geoSD = geometric_sd(x, nSize, flag, s);
   } catch (...) {
     return ZOMATH_ERR_NO_MEMORY;
   }
@@ -395,7 +363,7 @@ int zomath_desc_stats(const double* pData, int nSize, DescStatResults* pResults,
     r->WeightSum = moment_engine(pData, nSize, pWeights, nSize, flag, m, &s);
     bool multi;
     r->Mode = mode(pData, nSize, multi);
-    r->GeoSD = geometric_sd(pData, nSize, flag);
+    r->GeoSD = geometric_sd(pData, nSize, flag, s);
   } catch (int code) {
     return code;
   } catch (...) {
