@@ -224,11 +224,7 @@ MostFrequent most_frequent(const double* p, std::size_t n) {
       least = std::min(least, p[i] + 0.0);
     }
   if (m == 0) return MostFrequent{};
-  std::size_t largest = 0;
-  for (std::size_t b = 0; b < buckets; ++b) {
-    largest = std::max(largest, at[b + 1]);
-    at[b + 1] += at[b];
-  }
+  for (std::size_t b = 0; b < buckets; ++b) at[b + 1] += at[b];
   const Block<std::uint64_t> keys(m);
   {
     const Block<std::size_t> next(buckets);
@@ -240,9 +236,10 @@ MostFrequent most_frequent(const double* p, std::size_t n) {
       }
   }
 
-  // The counting table, reused from bucket to bucket.
+  // The counting table, reused from bucket to bucket: as large as the average bucket to start
+  // with, doubled by the first bucket that fills half of it.
   int logSlots = 4;
-  while (logSlots < 16 && (std::size_t{1} << logSlots) < 2 * largest) ++logSlots;
+  while ((std::size_t{1} << logSlots) < m / buckets) ++logSlots;
   std::unique_ptr<Block<std::uint64_t>> held(new Block<std::uint64_t>(std::size_t{1} << logSlots));
   std::unique_ptr<Block<std::uint32_t>> counts(new Block<std::uint32_t>(std::size_t{1} << logSlots));
   // Counts bucket b into the table; returns its largest count.

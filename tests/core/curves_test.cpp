@@ -95,6 +95,37 @@ TEST(DiscreteFrequencies, LargeArraysAgainstATally) {
   }
 }
 
+// The most frequent value of large arrays (hashed into buckets, each counted in a table that
+// grows) against a plain tally: the count, the smallest of the values that share it, how many
+// do; with every value distinct, with ties at the top and with one value only.
+TEST(MostFrequent, LargeArraysAgainstATally) {
+  std::mt19937_64 rng(11);
+  const struct {
+    std::size_t n;
+    int distinct;  // values drawn from this many (0: all distinct)
+  } cases[] = {{5000, 0}, {300000, 0}, {300000, 1000}, {300000, 70000}, {100000, 1}, {3000, 7}};
+  for (const auto& c : cases) {
+    std::vector<double> x(c.n);
+    for (std::size_t i = 0; i < c.n; ++i) {
+      x[i] = c.distinct ? double(rng() % c.distinct) * 0.37 - 50 : std::ldexp(double(rng() >> 11), -40);
+      if (i % 97 == 0) x[i] = i % 2 ? M : NAN;
+    }
+    std::map<double, std::size_t> tally;
+    for (double v : x)
+      if (v == v && v != M) ++tally[v + 0.0];
+    zomath::kernels::MostFrequent want;
+    for (const auto& [v, k] : tally) {
+      if (k > want.count) want = {v, k, 1};
+      else if (k == want.count) ++want.ties;
+    }
+    const auto got = zomath::kernels::most_frequent(x.data(), x.size());
+    EXPECT_EQ(got.count, want.count) << c.n << " " << c.distinct;
+    EXPECT_EQ(got.value, want.value) << c.n << " " << c.distinct;
+    EXPECT_EQ(got.ties, want.ties) << c.n << " " << c.distinct;
+  }
+  EXPECT_EQ(zomath::kernels::most_frequent(nullptr, 0).count, 0u);
+}
+
 TEST(Integrate, AreasAndCumulativeAreas) {
   const struct {
     int line;
