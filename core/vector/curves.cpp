@@ -38,35 +38,33 @@ int zomath_discrete_frequencies(int nSize, const double* pData, double* pValues,
 int zomath_integrate(int nSize, const double* pX, const double* pY, double* pArea,
                      double* pCumulative) {
   if (pArea) *pArea = NANUM;
-  if (pCumulative)
-    for (int i = 0; i < nSize; ++i) pCumulative[i] = NANUM;
-  if (!pX || !pY) return ZOMATH_ERR_NULL_POINTER;
-  auto valid = [pX, pY](int i) { return pX[i] != NANUM && pY[i] != NANUM; };
-  // Two valid points at least, and x going one way.
-  int count = 0, direction = 0;
-  double previous = 0;
-  for (int i = 0; i < nSize; ++i) {
-    if (!valid(i)) continue;
-    if (count++ > 0) {
-      const double step = pX[i] - previous;
-      const int way = step > 0 ? 1 : (step < 0 ? -1 : 0);
-      if (way != 0 && direction != 0 && way != direction) return ZOMATH_ERR_NOT_MONOTONIC;
-      if (way != 0) direction = way;
-    }
-    previous = pX[i];
-  }
-  if (count < 2) return ZOMATH_ERR_TOO_FEW_FOR_RANGE;
-  // The running area with its rounding errors; an infinite or NaN total stands as it is.
+  // One pass: the area as it grows, the count of valid points and the way x goes. A refusal
+  // found on the way puts the cumulative areas back to NANUM. The running area keeps its
+  // rounding errors; an infinite or NaN one stands as it is.
   zomath::kernels::CompensatedSum area;
   auto total = [&area] { return std::isfinite(area.s) ? area.value() : area.s; };
-  int last = -1;
+  auto refuse = [pCumulative, nSize](int code) {
+    if (pCumulative)
+      for (int i = 0; i < nSize; ++i) pCumulative[i] = NANUM;
+    return code;
+  };
+  if (!pX || !pY) return refuse(ZOMATH_ERR_NULL_POINTER);
+  int last = -1, direction = 0, count = 0;
   for (int i = 0; i < nSize; ++i) {
-    if (valid(i)) {
-      if (last >= 0) area.add((pX[i] - pX[last]) * (0.5 * pY[last] + 0.5 * pY[i]));
+    if (pX[i] != NANUM && pY[i] != NANUM) {
+      ++count;
+      if (last >= 0) {
+        const double step = pX[i] - pX[last];
+        const int way = step > 0 ? 1 : (step < 0 ? -1 : 0);
+        if (way != 0 && direction != 0 && way != direction) return refuse(ZOMATH_ERR_NOT_MONOTONIC);
+        if (way != 0) direction = way;
+        area.add(step * (0.5 * pY[last] + 0.5 * pY[i]));
+      }
       last = i;
     }
     if (pCumulative) pCumulative[i] = total();
   }
+  if (count < 2) return refuse(ZOMATH_ERR_TOO_FEW_FOR_RANGE);
   if (pArea) *pArea = total();
   return ZOMATH_OK;
 }
