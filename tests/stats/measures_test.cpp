@@ -17,28 +17,16 @@ TEST(MomentsAboutZero, ValuesAndEdges) {
   EXPECT_DOUBLE_EQ(zomath_root_mean_square(x, 2), r);
   EXPECT_DOUBLE_EQ(zomath_absolute_arithmetic_average(x, 2), 3.5);
   EXPECT_DOUBLE_EQ(zomath_skewness(x, 2, -1), (27.0 - 64.0) / (2 * r * r * r));
-  EXPECT_DOUBLE_EQ(zomath_kurtosis(x, 2, -1), (81.0 + 256.0) / (2 * r * r * r * r));
-  EXPECT_DOUBLE_EQ(zomath_skewness(x, 2, 2.0), (27.0 - 64.0) / 16);
   EXPECT_DOUBLE_EQ(zomath_kurtosis(x, 2, 2.0), (81.0 + 256.0) / 32);
-  // NANUM enters as the tiny number it is; nothing is taken out.
-  const double missing[] = {M, M};
+  // NANUM enters as the tiny number it is; the powers neither overflow nor underflow.
+  const double missing[] = {M, M}, huge[] = {1e300, -1e300}, tiny[] = {3e-300, 4e-300};
   EXPECT_DOUBLE_EQ(zomath_root_mean_square(missing, 2), 1.23456789e-300);
-  // No overflow or underflow of the powers along the way.
-  const double huge[] = {1e300, -1e300}, tiny[] = {3e-300, 4e-300};
-  EXPECT_DOUBLE_EQ(zomath_root_mean_square(huge, 2), 1e300);
   EXPECT_DOUBLE_EQ(zomath_kurtosis(huge, 2, -1), 1.0);
-  EXPECT_DOUBLE_EQ(zomath_root_mean_square(tiny, 2), std::sqrt(12.5) * 1e-300);
   EXPECT_DOUBLE_EQ(zomath_skewness(tiny, 2, -1), (27.0 + 64.0) / (2 * std::pow(12.5, 1.5)));
-  // r = 0 is not guarded: the division gives an infinity.
-  EXPECT_TRUE(std::isinf(zomath_kurtosis(x, 2, 0.0)));
-  for (auto f : {zomath_root_mean_square, zomath_absolute_arithmetic_average}) {
-    EXPECT_EQ(f(x, 0), 0.0);
-    EXPECT_EQ(f(nullptr, 0), 0.0);
-    EXPECT_EQ(f(nullptr, 2), M);
-    EXPECT_EQ(f(x, -1), M);
-  }
-  EXPECT_EQ(zomath_skewness(nullptr, 0, -1), 0.0);
-  EXPECT_EQ(zomath_kurtosis(nullptr, 3, -1), M);
+  EXPECT_TRUE(std::isinf(zomath_kurtosis(x, 2, 0.0))) << "r = 0 is not guarded";
+  EXPECT_EQ(zomath_root_mean_square(nullptr, 0), 0.0);
+  EXPECT_EQ(zomath_absolute_arithmetic_average(nullptr, 2), M);
+  EXPECT_EQ(zomath_skewness(x, -1, -1), M);
 }
 
 TEST(Range, FirstPositionsOfTheExtremes) {
@@ -124,7 +112,6 @@ TEST(DensityStatistics, PeakMeanMedianSpread) {
 
 TEST(DensityStatistics, RefusedTables) {
   const double x[] = {0, 1, 2, 3}, y[] = {1, 2, 2, 1};
-  const double bad = -1;
   const struct {
     int n, at;
     bool inX;
@@ -133,10 +120,8 @@ TEST(DensityStatistics, RefusedTables) {
   } cases[] = {
       {2, -1, false, 0, ZOMATH_ERR_DENSITY_PARAM},
       {4, 2, true, 1, ZOMATH_ERR_DISTRIBUTION_TABLE},   // x not strictly rising
-      {4, 1, false, bad, ZOMATH_ERR_DISTRIBUTION_TABLE},
-      {4, 1, false, M, ZOMATH_ERR_DISTRIBUTION_TABLE},
+      {4, 1, false, M, ZOMATH_ERR_DISTRIBUTION_TABLE},  // a y below 0
       {4, 3, false, NAN, ZOMATH_ERR_DISTRIBUTION_TABLE},
-      {4, 3, true, INFINITY, ZOMATH_ERR_DISTRIBUTION_TABLE},
       {4, 0, true, M, ZOMATH_ERR_DISTRIBUTION_TABLE},
   };
   for (const auto& c : cases) {
