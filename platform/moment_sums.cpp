@@ -8,9 +8,6 @@
 #include "core/kernels.h"
 #include "zomath/core.h"
 
-// GCC places its vector-ABI note on the inlined passes; no vector crosses a call.
-#pragma GCC diagnostic ignored "-Wpsabi"
-
 namespace zomath::platform {
 namespace {
 
