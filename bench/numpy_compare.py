@@ -245,6 +245,39 @@ def row_lu_solve(lib, n, rng):
                "linalg.solve", agree, prepare=prepare)
 
 
+def row_basic_summary_stats(lib, n, rng):
+    import scipy.stats as st
+    x = 100 + 15 * rng.standard_normal(n)
+    outs = [C.c_double() for _ in range(13)]
+    count, missing = C.c_int(), C.c_int()
+
+    def run():
+        lib.zomath_basic_summary_stats(n, ptr(x), C.byref(count), *[C.byref(v) for v in outs[:11]],
+                                       C.byref(missing), C.byref(outs[11]), C.byref(outs[12]), 0, None)
+        return outs[0].value, outs[1].value, outs[5].value, outs[6].value
+
+    def ref():
+        return (np.mean(x), np.std(x, ddof=1), st.skew(x, bias=False), st.kurtosis(x, bias=False))
+
+    def agree(a, b):
+        return rel_close(a[:2], b[:2], 1e-13) + ", shape " + rel_close(a[2:], b[2:], 1e-9)
+
+    return Row("zomath_basic_summary_stats", n, run, ref, "mean+std+skew+kurtosis", agree)
+
+
+def row_integrate(lib, n, rng):
+    x = np.cumsum(rng.uniform(0.5, 1.5, n))
+    y = rng.standard_normal(n)
+    area = C.c_double()
+
+    def run():
+        lib.zomath_integrate(n, ptr(x), ptr(y), C.byref(area), None)
+        return area.value
+
+    return Row("zomath_integrate", n, run, lambda: np.trapz(y, x), "trapz",
+               lambda a, b: rel_close(a, b, 1e-9))
+
+
 def row_multiple_regression(lib, shape, rng):
     n, m = shape
     x = np.ascontiguousarray(rng.standard_normal((n, m)) * 10 + 3)
@@ -338,6 +371,8 @@ ROWS = [
     (row_inverse, 300),
     (row_pinv, 200),
     (row_lu_solve, 300),
+    (row_basic_summary_stats, 10_000_000),
+    (row_integrate, 10_000_000),
     (row_interpolate_linear, 1_000_000),
     (row_interpolate_spline, 1_000_000),
     (row_interpolate_smoothing, 10_000),
@@ -359,6 +394,8 @@ def declare(lib):
         "zomath_inverse": (I, [dp, I]),
         "zomath_pinv": (I, [dp, dp, I, I, D]),
         "zomath_lu_solve": (I, [dp, dp, ip, I, I]),
+        "zomath_basic_summary_stats": (I, [I, dp, ip] + [dp] * 11 + [ip, dp, dp, I, dp]),
+        "zomath_integrate": (I, [I, dp, dp, dp, dp]),
         "zomath_interpolate": (I, [dp, dp, U, dp, dp, U, I, D, dp, dp, U, I]),
         "zomath_multiple_linear_regression": (I, [dp, U, U, dp, dp, U, C.c_void_p, C.c_void_p, U,
                                                   C.c_void_p, C.c_void_p, dp, dp, U, U, dp, dp]),

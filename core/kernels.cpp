@@ -3,6 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
 
 namespace zomath::kernels {
 
@@ -104,6 +108,187 @@ bool median(const double* p, std::size_t n, double& out) {
     if (work[static_cast<int>(i)] != work[static_cast<int>(i)]) return false;
   out = median_by_selection(work.Data(), n);
   return true;
+}
+
+namespace {
+
+// Working storage from malloc, freed on every way out; ZOMATH_ERROR when it can't be had.
+template <class T>
+struct Block {
+  std::unique_ptr<T, decltype(&std::free)> p{nullptr, &std::free};
+  explicit Block(std::size_t n) : p(static_cast<T*>(std::malloc(std::max<std::size_t>(n, 1) * sizeof(T))), &std::free) {
+    if (!p) throw ZOMATH_ERROR_NO_MEMORY;
+  }
+  T* get() const { return p.get(); }
+};
+
+// The bits of a double as an unsigned key in the order of the values (for all but NaN): negative
+// values have every bit flipped, others only the sign bit.
+inline std::uint64_t order_key(double x) {
+  std::uint64_t u;
+  std::memcpy(&u, &x, sizeof u);
+  return u ^ ((u >> 63) ? ~std::uint64_t{0} : (std::uint64_t{1} << 63));
+}
+inline double from_order_key(std::uint64_t u) {
+  u ^= (u >> 63) ? (std::uint64_t{1} << 63) : ~std::uint64_t{0};
+  double x;
+  std::memcpy(&x, &u, sizeof x);
+  return x;
+}
+
+// Least-significant-digit radix sort of m keys on six digits of 11 bits (the last two of 10).
+// One read builds every digit's histogram; a digit that all keys share is passed over, which is
+// common for the top digits (sign and exponent) of real data.
+void radix_sort(std::uint64_t* keys, std::size_t m) {
+  constexpr int kDigits = 6, kBits = 11, kBuckets = 1 << kBits;
+  const Block<std::size_t> counts(std::size_t{kDigits} * kBuckets);
+  std::size_t* h = counts.get();
+  std::fill(h, h + kDigits * kBuckets, std::size_t{0});
+  for (std::size_t i = 0; i < m; ++i)
+    for (int d = 0; d < kDigits; ++d) ++h[d * kBuckets + ((keys[i] >> (d * kBits)) & (kBuckets - 1))];
+  const Block<std::uint64_t> scratch(m);
+  std::uint64_t* from = keys;
+  std::uint64_t* to = scratch.get();
+  for (int d = 0; d < kDigits; ++d) {
+    std::size_t* c = h + d * kBuckets;
+    const int shift = d * kBits;
+    if (c[(from[0] >> shift) & (kBuckets - 1)] == m) continue;
+    std::size_t total = 0;
+    for (int b = 0; b < kBuckets; ++b) {
+      const std::size_t k = c[b];
+      c[b] = total;
+      total += k;
+    }
+    for (std::size_t i = 0; i < m; ++i) to[c[(from[i] >> shift) & (kBuckets - 1)]++] = from[i];
+    std::swap(from, to);
+  }
+  if (from != keys) std::memcpy(keys, from, m * sizeof *keys);
+}
+
+// Below this count a comparison sort is quicker than the radix sort's fixed cost.
+constexpr std::size_t kRadixFrom = 2048;
+
+}  // namespace
+
+void sorted_values(const double* p, std::size_t n, NRVec<double>& out) {
+  std::size_t m = 0;
+  for (std::size_t i = 0; i < n; ++i) m += (p[i] == p[i] && p[i] != NANUM);
+  if (m > static_cast<std::size_t>(std::numeric_limits<int>::max())) throw ZOMATH_ERROR_NO_MEMORY;
+  out.SetSize(static_cast<int>(m));
+  if (m == 0) return;
+  double* o = out.Data();
+  if (m < kRadixFrom) {
+    std::size_t k = 0;
+    for (std::size_t i = 0; i < n; ++i)
+      if (p[i] == p[i] && p[i] != NANUM) o[k++] = p[i];
+    std::sort(o, o + m);
+    return;
+  }
+  const Block<std::uint64_t> keys(m);
+  std::uint64_t* k = keys.get();
+  std::size_t j = 0;
+  for (std::size_t i = 0; i < n; ++i)
+    if (p[i] == p[i] && p[i] != NANUM) k[j++] = order_key(p[i]);
+  radix_sort(k, m);
+  for (std::size_t i = 0; i < m; ++i) o[i] = from_order_key(k[i]);
+}
+
+// Values are grouped without an order: a pass counts them into 2^b buckets by a hash of their
+// bits, a second copies their bits there, and each bucket, a few thousand values that stay in
+// the cache, is counted in an open-addressing table (linear probing, grown when half full).
+// Only the buckets that hold the largest count are counted again to find its values. Three
+// reads and one write of the data where a sort makes a dozen.
+MostFrequent most_frequent(const double* p, std::size_t n) {
+  auto valid = [](double x) { return x == x && x != NANUM; };
+  auto bits = [](double x) {
+    x += 0.0;  // -0 becomes +0
+    std::uint64_t u;
+    std::memcpy(&u, &x, sizeof u);
+    return u;
+  };
+  int logBuckets = 0;
+  while (logBuckets < 12 && (std::size_t{4096} << logBuckets) < n) ++logBuckets;
+  const std::size_t buckets = std::size_t{1} << logBuckets;
+  auto bucket = [logBuckets](std::uint64_t u) -> std::size_t {
+    return logBuckets ? (u * 0x9E3779B97F4A7C15ull) >> (64 - logBuckets) : 0;
+  };
+  const Block<std::size_t> start(buckets + 1);
+  std::size_t* at = start.get();
+  std::fill(at, at + buckets + 1, std::size_t{0});
+  std::size_t m = 0;
+  double least = HUGE_VAL;
+  for (std::size_t i = 0; i < n; ++i)
+    if (valid(p[i])) {
+      ++at[bucket(bits(p[i])) + 1];
+      ++m;
+      least = std::min(least, p[i] + 0.0);
+    }
+  if (m == 0) return MostFrequent{};
+  for (std::size_t b = 0; b < buckets; ++b) at[b + 1] += at[b];
+  const Block<std::uint64_t> keys(m);
+  {
+    const Block<std::size_t> next(buckets);
+    std::copy(at, at + buckets, next.get());
+    for (std::size_t i = 0; i < n; ++i)
+      if (valid(p[i])) {
+        const std::uint64_t u = bits(p[i]);
+        keys.get()[next.get()[bucket(u)]++] = u;
+      }
+  }
+
+  // The counting table, reused from bucket to bucket: as large as the average bucket to start
+  // with, doubled by the first bucket that fills half of it.
+  int logSlots = 4;
+  while ((std::size_t{1} << logSlots) < m / buckets) ++logSlots;
+  std::unique_ptr<Block<std::uint64_t>> held(new Block<std::uint64_t>(std::size_t{1} << logSlots));
+  std::unique_ptr<Block<std::uint32_t>> counts(new Block<std::uint32_t>(std::size_t{1} << logSlots));
+  // Counts bucket b into the table; returns its largest count.
+  auto count = [&](std::size_t b) {
+    for (;;) {
+      const std::size_t size = std::size_t{1} << logSlots;
+      std::uint32_t* c = counts->get();
+      std::uint64_t* h = held->get();
+      std::fill(c, c + size, 0u);
+      std::size_t distinct = 0;
+      std::uint32_t most = 0;
+      bool full = false;
+      for (std::size_t k = at[b]; k < at[b + 1] && !full; ++k) {
+        const std::uint64_t u = keys.get()[k];
+        std::size_t slot = (u * 0xC2B2AE3D27D4EB4Full) >> (64 - logSlots);
+        while (c[slot] != 0 && h[slot] != u) slot = (slot + 1) & (size - 1);
+        if (c[slot] == 0) {
+          h[slot] = u;
+          full = 2 * ++distinct > size;
+        }
+        most = std::max(most, ++c[slot]);
+      }
+      if (!full) return most;
+      // Half full: twice the slots, and this bucket again.
+      ++logSlots;
+      held.reset(new Block<std::uint64_t>(std::size_t{1} << logSlots));
+      counts.reset(new Block<std::uint32_t>(std::size_t{1} << logSlots));
+    }
+  };
+  const Block<std::uint32_t> most(buckets);
+  std::uint32_t top = 0;
+  for (std::size_t b = 0; b < buckets; ++b) top = std::max(top, most.get()[b] = count(b));
+  MostFrequent best{least, top, m};
+  if (top == 1) return best;  // every value distinct
+  best.ties = 0;
+  best.value = HUGE_VAL;
+  for (std::size_t b = 0; b < buckets; ++b) {
+    if (most.get()[b] != top) continue;
+    count(b);
+    const std::size_t size = std::size_t{1} << logSlots;
+    for (std::size_t slot = 0; slot < size; ++slot) {
+      if (counts->get()[slot] != top) continue;
+      double v;
+      std::memcpy(&v, &held->get()[slot], sizeof v);
+      ++best.ties;
+      best.value = std::min(best.value, v);
+    }
+  }
+  return best;
 }
 
 }  // namespace zomath::kernels

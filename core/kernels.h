@@ -642,4 +642,21 @@ double median_by_selection(double* work, std::size_t n);
 // Throws ZOMATH_ERROR_NO_MEMORY when working storage can't be had.
 bool median(const double* p, std::size_t n, double& out);
 
+// The values of p[0..n) that are neither NANUM nor NaN, in ascending order, into out (resized
+// to their count; -0 and +0 are equal, in either order). Throws ZOMATH_ERROR_NO_MEMORY when
+// working storage can't be had.
+void sorted_values(const double* p, std::size_t n, NRVec<double>& out);
+
+// The most frequent of the values of p[0..n) that are neither NANUM nor NaN (-0 and +0 are one
+// value, 0): how often it occurs, the smallest value that occurs that often, and how many
+// distinct values do (so for values all distinct: 1, the smallest, their count). count 0 when
+// there is no value. Throws ZOMATH_ERROR_NO_MEMORY when
+// working storage can't be had.
+struct MostFrequent {
+  double value = 0;
+  std::size_t count = 0;
+  std::size_t ties = 0;
+};
+MostFrequent most_frequent(const double* p, std::size_t n);
+
 }  // namespace zomath::kernels

@@ -1,6 +1,7 @@
 // A short tour of what the library offers, on the sample readings in examples/data: sorting with
 // a companion array, summary kernels that skip missing readings, a t test with its confidence
-// interval, a least-squares trend by pseudo-inverse, and a few special function values.
+// interval, a least-squares trend by pseudo-inverse, and a few special function values; the
+// summary statistics of the readings as one table.
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -108,6 +109,39 @@ void named_functions(const std::vector<double>& present) {
               share, normcdf((25.0 - fitted.mu) / fitted.sigma, ZOMATH_TAIL_UPPER, nullptr));
 }
 
+
+// The summary engine's record for the readings, one statistic a line. NANUM (a statistic that
+// doesn't exist for these data) shows as a dash.
+void summary_table(const std::vector<double>& values) {
+  DescStatResults r;
+  if (zomath_desc_stats(values.data(), static_cast<int>(values.size()), &r, nullptr, 0.95, DS_SAS1_DF) != 0)
+    return;
+  RangeResults range;
+  zomath_range(values.data(), static_cast<int>(values.size()), &range);
+  std::printf("\nSummary statistics of the temperatures (denominator n - 1, 95%% limits):\n");
+  const struct {
+    const char* name;
+    double value;
+  } rows[] = {{"N", double(r.N)},     {"Missing", double(r.Missing)},
+              {"Mean", r.Mean},       {"Standard deviation", r.SD},
+              {"SE of mean", r.SEM},  {"Lower 95% limit", r.LCL},
+              {"Upper 95% limit", r.UCL}, {"Variance", r.Variance},
+              {"Sum", r.Sum},         {"Skewness", r.Skewness},
+              {"Kurtosis (excess)", r.Kurtosis}, {"Coefficient of variation", r.COV},
+              {"Mean absolute deviation", r.MAD}, {"Geometric mean", r.GeoMean},
+              {"Geometric SD", r.GeoSD}, {"Mode", r.Mode},
+              {"Minimum", range.Min},  {"Maximum", range.Max},
+              {"Range", range.Range}};
+  for (const auto& row : rows) {
+    if (row.value == NANUM)
+      std::printf("  %-26s %12s\n", row.name, "-");
+    else if (&row < rows + 2)
+      std::printf("  %-26s %7.0f\n", row.name, row.value);  // the counts
+    else
+      std::printf("  %-26s %12.4f\n", row.name, row.value);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -155,6 +189,7 @@ int main(int argc, char** argv) {
               mean, sd, median);
   std::printf("  coolest %s (%.1f), warmest %s (%.1f)\n", rows[order[iMin]].station.c_str(),
               values[iMin], rows[order[iMax]].station.c_str(), values[iMax]);
+  summary_table(values);
 
   // One-sample t test against 20 degC, two-sided, with a 95% confidence interval.
   const double df = valid - 1, mu0 = 20.0;

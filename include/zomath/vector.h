@@ -284,6 +284,27 @@ ZOMATH_API int zomath_compare_data(unsigned int nSize, const double* pA, const d
  * null pointer or data holding NaN; -65 when working memory fails. */
 ZOMATH_API int zomath_get_median_in_vector(int nSize, const double* pData, double* pMedian);
 
+/* ---- arrays read as a sample or a curve ---- */
+
+/* The distinct values of pData[0..nSize-1] in ascending order and how often each occurs; NANUM
+ * and NaN are left out, -0 and +0 are one value, 0. *pnDistinct goes in as the room in pValues
+ * and pnCounts (either may be null) and comes out as the number of distinct values. Returns 0;
+ * -11 a null pnDistinct, or a null pData with nSize > 0; -18 nSize < 0, or more distinct values
+ * than the room (the arrays are left alone); -166 no memory. */
+ZOMATH_API int zomath_discrete_frequencies(int nSize, const double* pData, double* pValues,
+                                           int* pnCounts, int* pnDistinct);
+
+/* The area under the curve through (pX[i], pY[i]) by the trapezoidal rule: the integral of y dx
+ * from the first point to the last, so negative where x falls. A point whose x or y is NANUM is
+ * left out and the curve runs straight across it. x must be monotonic: equal neighbours add
+ * nothing, but a change of direction is refused. *pArea gets the total; pCumulative (nSize
+ * elements, may be null) the area from the first valid point to each point: 0 up to that
+ * point, the running area repeated at a missing one. NaN or infinite values give a NaN or
+ * infinite area. Both are NANUM until known. Returns 0; -11 a null pX or pY; -7 fewer than 2
+ * valid points; -17 x both rising and falling. */
+ZOMATH_API int zomath_integrate(int nSize, const double* pX, const double* pY, double* pArea,
+                                double* pCumulative);
+
 ZOMATH_EXTERN_C_END
 
 #endif /* ZOMATH_VECTOR_H */

@@ -8,6 +8,7 @@
 #include "zomath/linalg.h"
 #include "zomath/records.h"
 #include "zomath/scalar.h"
+#include "zomath/stats.h"
 #include "zomath/regression.h"
 #include "zomath/curves.h"
 

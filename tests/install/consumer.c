@@ -52,6 +52,24 @@ int main(void) {
     check(host.pKnots == NULL, "zomath_free_spline_struct clears the pointer");
   }
 
+  /* Summary statistics: the records as a C host lays them out, bool options included. */
+  {
+    double data[3] = {1.5, NANUM, 2.3}, whole = 0.0;
+    DescStatResults r;
+    DescStatOptions o;
+    bool multi = true;
+    memset(&o, 0, sizeof o);
+    o.nMomentDenFlag = DS_SAS1_DF;
+    o.bSEM = true;
+    o.bWeightSum = true;
+    check(zomath_desc_stats(data, 3, &r, NULL, 0.95, DS_SAS1_DF) == 0 && r.N == 2 &&
+              r.Missing == 1 && r.Mean - 1.9 < 1e-15 && 1.9 - r.Mean < 1e-15 &&
+              r.UCL > 6.98248 && r.UCL < 6.98249, "zomath_desc_stats");
+    check(zomath_desc_stats_ex(data, 3, &whole, 1, &o, &r, NULL, 0.95, &multi) == 0 &&
+              r.SEM - 0.4 < 1e-15 && 0.4 - r.SEM < 1e-15 && r.WeightSum == 2.0 &&
+              r.Mean == NANUM && r.N == -1 && !multi, "zomath_desc_stats_ex options");
+  }
+
   if (failures == 0) printf("C consumer: all checks passed\n");
   return failures == 0 ? 0 : 1;
 }

@@ -1,0 +1,222 @@
+/* zomath: descriptive statistics.
+ *
+ * The summary engine that most statistics of the library call, and the measures built beside
+ * it. Data arrive as doubles; a point whose value (or weight) is NANUM is missing and left out
+ * wherever a function says so. Outputs named with p are optional: a null pointer skips that
+ * output. This header is plain C. */
+#ifndef ZOMATH_STATS_H
+#define ZOMATH_STATS_H
+
+#include <stdbool.h>
+
+#include "zomath/core.h"
+
+ZOMATH_EXTERN_C_BEGIN
+
+/* ============================================================================================
+ * Summary statistics
+ * ============================================================================================
+ *
+ * nMomentDenFlag picks the denominator d of the second moment, and with it the coefficients of
+ * skewness and kurtosis and whether the interval statistics exist. n is the number of valid
+ * points, W the sum of their weights (W = n without weights), S2 the sum of squared weights.
+ * A weight below 0 is read as 0. A flag outside 0..4 has no denominator: every statistic that
+ * needs one stays NANUM.
+ *
+ *   DS_SAS1_DF  0  d = n - 1      bias-corrected skewness and excess kurtosis; SEM, limits
+ *   DS_SAS2_N   1  d = n          moment coefficients about the mean
+ *   DS_SAS3_WDF 2  d = W - 1      no skewness, kurtosis, SEM or limits
+ *   DS_SAS4_WGT 3  d = W          no skewness, kurtosis, SEM or limits
+ *   DS_NAG      4  d = W - S2/W   weighted moment coefficients; SEM and limits without weights
+ *
+ * Codes: -3 a row form with no rows or columns, -11 a null matrix, -19 a row that could not be
+ * had, -110 fewer than 3 points of a distribution, -151 (inside) no valid point, -155 a
+ * negative size, -156 a null pointer, -158 no valid value for a range, -166 no memory, -174
+ * (inside) weights of another length than the data, -196 a confidence level not strictly
+ * between 0 and 1, -220 a distribution with x not strictly rising or a y below 0. */
+
+enum {
+  DS_SAS1_DF = 0,
+  DS_SAS2_N = 1,
+  DS_SAS3_WDF = 2,
+  DS_SAS4_WGT = 3,
+  DS_NAG = 4
+};
+
+enum {
+  ZOMATH_STATS_ERR_ROW_FETCH = -19,      /* a row of a row form could not be had */
+  ZOMATH_STATS_ERR_NO_VALID = -158,      /* no valid value for the minimum and maximum */
+  ZOMATH_STATS_ERR_WEIGHT_SIZE = -174,   /* weights of another length than the data */
+  ZOMATH_STATS_ERR_CONF_LEVEL = -196     /* confidence level not strictly between 0 and 1 */
+};
+
+/* The summary of one sample. Doubles that can't be computed are NANUM. */
+typedef struct DescStatResults {
+  int N;             /* valid points */
+  int Missing;       /* points left out because the value or its weight is NANUM */
+  double Mean;       /* weighted mean */
+  double SD;         /* standard deviation, sqrt(CorSumSq / d) */
+  double SEM;        /* standard error of the mean, SD / sqrt(W) */
+  double LCL;        /* lower confidence limit of the mean */
+  double UCL;        /* upper confidence limit of the mean */
+  double Variance;   /* SD squared */
+  double Sum;        /* Mean times WeightSum */
+  double Skewness;
+  double Kurtosis;   /* excess kurtosis */
+  double UncorSumSq; /* sum of w x^2 */
+  double CorSumSq;   /* sum of w (x - Mean)^2 */
+  double COV;        /* coefficient of variation, SD / Mean */
+  double MAD;        /* mean absolute deviation, sum w |x - Mean| / W */
+  double SDx2;       /* twice SD */
+  double SDx3;       /* three times SD */
+  double GeoMean;    /* geometric mean (of |x|, for an even count of negative values) */
+  double GeoSD;      /* geometric standard deviation, exp(SD of ln x) */
+  double Mode;       /* most frequent value (the smallest of several) */
+  double WeightSum;  /* W */
+} DescStatResults;
+
+/* Which fields zomath_desc_stats_ex fills, and the denominator. (The order is the one a caller
+ * fills, not the record's.) */
+typedef struct DescStatOptions {
+  int nMomentDenFlag;
+  bool bN;
+  bool bMissing;
+  bool bSum;
+  bool bMean;
+  bool bMode;
+  bool bGeoMean;
+  bool bGeoSD;
+  bool bLCL;
+  bool bUCL;
+  bool bSD;
+  bool bSDx2;
+  bool bSDx3;
+  bool bSEM;
+  bool bVariance;
+  bool bCOV;
+  bool bSkewness;
+  bool bKurtosis;
+  bool bMAD;
+  bool bUncorSumSq;
+  bool bCorSumSq;
+  bool bWeightSum;
+} DescStatOptions;
+
+/* Extremes of an array and their first positions in it. */
+typedef struct RangeResults {
+  double Min;
+  double Max;
+  int iMin;
+  int iMax;
+  double Range; /* Max - Min */
+} RangeResults;
+
+/* The summary engine. Writes -1 to *pN and *pMissing, 0.0 to *pMAD and NANUM to every other
+ * output first. A point is missing when its value or weight (pWeights may be null) is NANUM.
+ * Flags 0 and 2 without weights, and flag 4, take the mean, SD and weight sum from the
+ * weighted moments of the valid points; the skewness and kurtosis come from the formulas of
+ * the flag (under flag 4 from those moments). SEM only under flag 0, or 4 without weights
+ * (weights all 1 count as none); COV only for a Mean that isn't 0. No valid point: returns 0
+ * with N 0. One valid point x of weight w: Mean x (NANUM for w 0), SD and Variance 0 under
+ * flags 1 and 3 (else NANUM), MAD 0, WeightSum w, GeoMean x. Fewer than two weights above 0
+ * under flag 4 leaves the start values. Returns 0; -155 nSize < 0; -156 a null pData with
+ * nSize > 0; -166 no memory. */
+ZOMATH_API int zomath_basic_summary_stats(int nSize, const double* pData, int* pN, double* pMean,
+                                          double* pSD, double* pSEM, double* pVariance,
+                                          double* pSum, double* pSkewness, double* pKurtosis,
+                                          double* pUncorSumSq, double* pCorSumSq, double* pCOV,
+                                          double* pMAD, int* pMissing, double* pWeightSum,
+                                          double* pGeoMean, int nMomentDenFlag,
+                                          const double* pWeights);
+
+/* The statistics that zomath_basic_summary_stats leaves out. Writes NANUM to each output and
+ * false to *pbMultiModal first; returns 0 at once when no point is valid. Mode: the most
+ * frequent value that is neither NANUM nor NaN, weights not looked at; NANUM when no value
+ * repeats; the smallest of several, with *pbMultiModal true. GeoSD: exp(SD of ln x) under the
+ * flag, without weights; NANUM when a valid value is 0 or below. SDx2, SDx3: 2 SD, 3 SD. LCL,
+ * UCL: Mean -+ t SD / sqrt(W), t the two-sided Student deviate of the level dConfLevel on N - 1
+ * degrees of freedom, only where SEM exists; a level outside [0, 1) gives NANUM. Returns 0, or
+ * the code of zomath_basic_summary_stats. */
+ZOMATH_API int zomath_opt_summary_stats(int nSize, const double* pData, double dConfLevel,
+                                        double* pMode, bool* pbMultiModal, double* pGeoSD,
+                                        double* pLCL, double* pUCL, double* pSDx2,
+                                        double* pSDx3, int nMomentDenFlag,
+                                        const double* pWeights);
+
+/* Every field of DescStatResults for one sample, from the moment engine alone (so a weight
+ * below 0 is read as 0 on every flag). Writes N and Missing, and NANUM to every double but SEM,
+ * LCL, UCL, COV, Mode and WeightSum, before its checks; with no valid point those six keep what
+ * they held. One valid point of weight w reports WeightSum as w truncated to a whole number and
+ * MAD NANUM. A negative GeoMean is NANUM. Returns 0; -155 nSize < 0; -156 a null pResults, or
+ * a null pData with nSize > 0; -166 no memory; -196 dConfLevel not strictly between 0 and 1. */
+ZOMATH_API int zomath_desc_stats(const double* pData, int nSize, DescStatResults* pResults,
+                                 const double* pWeights, double dConfLevel, int nMomentDenFlag);
+
+/* The fields that pOptions asks for, for each of nSubsets consecutive slices of the data (and
+ * weights): slice i starts at the sum of the sizes before it and ends before the sum up to it
+ * (pSubsetSizes holds doubles); an end of 0 means the end of the data, so one size of 0.0 takes
+ * the whole sample, and a slice outside the data is empty (N 0). Unasked fields are NANUM and
+ * -1. pResults and pbMultiModal (may be null) hold nSubsets items. Returns 0 (also for
+ * nSubsets 0); -151 nSubsets < 0; -155 nSize < 0; -156 a null pointer; or the first failing
+ * code of a slice, whose record is written. */
+ZOMATH_API int zomath_desc_stats_ex(const double* pData, int nSize, const double* pSubsetSizes,
+                                    int nSubsets, const DescStatOptions* pOptions,
+                                    DescStatResults* pResults, const double* pWeights,
+                                    double dConfLevel, bool* pbMultiModal);
+
+/* One value a row of the row-major nRows x nCols matrix in each non-null output, from the row
+ * without its NANUM, unweighted, limits at the level 0.95; pN holds the count as a double. A
+ * row with no valid value gets NANUM in every output (pN too). Returns 0; -11 a null matrix;
+ * -3 nRows or nCols below 1; -19 no memory for a row. */
+ZOMATH_API int zomath_row_desc_stats(int nRows, int nCols, const double* pMatrix, double* pMean,
+                                     double* pSD, double* pSEM, double* pMin, double* pMax,
+                                     double* pSum, double* pN, double* pLCL, double* pUCL,
+                                     int nMomentDenFlag);
+
+/* As zomath_row_desc_stats, with the other statistics of a row. pMissing counts the NANUM of
+ * each row, but is 0 for a row that holds nothing else; pbMultiModal is false there. */
+ZOMATH_API int zomath_row_desc_stats_ex(int nRows, int nCols, const double* pMatrix,
+                                        double* pMean, double* pSD, double* pSEM, double* pMin,
+                                        double* pMax, double* pSum, double* pN, double* pLCL,
+                                        double* pUCL, double* pVariance, double* pSkewness,
+                                        double* pKurtosis, double* pUncorSumSq,
+                                        double* pCorSumSq, double* pCOV, double* pMAD,
+                                        int* pMissing, double* pGeoMean, double* pMode,
+                                        bool* pbMultiModal, double* pGeoSD, double* pSDx2,
+                                        double* pSDx3, int nMomentDenFlag);
+
+/* Moments about zero, for signal work: NANUM is an ordinary number here and no mean is taken
+ * out. 0.0 for nSize 0; NANUM for a negative nSize or a null pData.
+ * zomath_root_mean_square: sqrt(sum x^2 / n); zomath_absolute_arithmetic_average: sum |x| / n;
+ * zomath_skewness: sum x^3 / (n r^3); zomath_kurtosis: sum x^4 / (n r^4) (no - 3), where r is
+ * dRMS, or the root mean square when dRMS is below 0 (r = 0 gives an infinity or NaN). */
+ZOMATH_API double zomath_root_mean_square(const double* pData, int nSize);
+ZOMATH_API double zomath_absolute_arithmetic_average(const double* pData, int nSize);
+ZOMATH_API double zomath_skewness(const double* pData, int nSize, double dRMS);
+ZOMATH_API double zomath_kurtosis(const double* pData, int nSize, double dRMS);
+
+/* Smallest and largest value that isn't NANUM (NaN is never chosen), their first positions and
+ * their difference. Returns 0; -156 a null pointer; -158 no such value (indices -1, NANUM). */
+ZOMATH_API int zomath_range(const double* pData, int nSize, RangeResults* pResults);
+
+/* The mean ordinate of the curve (x, y): its area by zomath_integrate divided by the extent
+ * from the first to the last valid x. *pResult is NANUM until known. Returns 0; -156 a null
+ * pointer; -7 fewer than 2 valid points or no extent; -17 x both rising and falling. */
+ZOMATH_API int zomath_mathematical_expectation(int nSize, const double* pX, const double* pY,
+                                               double* pResult);
+
+/* The curve (x, y) read as a density: x strictly rising, finite, y >= 0 and finite. Into the
+ * non-null outputs (NANUM and -1 until known): the peak (nPeakType 1 the largest y, any other
+ * the smallest) with its x, y and index; Mean = sum x y / sum y (NANUM for y all 0); Median =
+ * the x at which the running sum of y first reaches half the total (NANUM for y all 0); SD =
+ * sqrt(mean ordinate of y^2 - Mean^2), only when pMean is wanted and that difference is above
+ * 0. Returns 0; -156 a null pX or pY; -110 nSize < 3; -220 x not strictly rising or a y below 0,
+ * NaN, infinite or NANUM; -166 no memory. */
+ZOMATH_API int zomath_basic_stats_distribution(int nSize, const double* pX, const double* pY,
+                                               double* pXPeak, double* pYPeak, int* pIndexPeak,
+                                               double* pMean, double* pMedian, double* pSD,
+                                               int nPeakType);
+
+ZOMATH_EXTERN_C_END
+
+#endif /* ZOMATH_STATS_H */
