@@ -1,6 +1,7 @@
 // The tools around the multiple regression's report: residual diagnostics, plot sums, partial
-// regression plots, dummy coding and Akaike's criterion.
+// regression plots, column normalisation, dummy coding and Akaike's criterion.
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "regression/fit_records.h"
 #include "zomath/linalg.h"
 #include "zomath/regression.h"
+#include "zomath/stats.h"
 
 namespace {
 
@@ -24,6 +26,7 @@ constexpr int kTooFew = ZOMATH_ERR_TOO_FEW_DATA;  // -165
 constexpr int kColumns = -110;
 constexpr int kAbsentLevel = -112;
 constexpr int kInternal = -150;
+constexpr int kTooSmallBuffer = -98;
 
 // Z'Z of an n by p row-major matrix.
 NRMat<double> cross_product(const double* z, int n, int p) {
@@ -180,6 +183,38 @@ int zomath_partial_reg_plots(const double* pX, int nSize, int nVars, const doubl
         row[2 * j + 1] = is_nanum(a) ? NANUM : b[j] * a + e[i];
       }
     }
+    return 0;
+  } catch (...) {
+    return kInternal;
+  }
+}
+
+int zomath_normalize_x(const LinearFitOptions* pOptions, const double* pX, double dRows,
+                       double dCols, double* pNormX, double* pScale, int nScale) {
+  if (!pX || !pNormX || !pScale) return kNullData;
+  if (!(dRows >= 1 && dRows <= INT_MAX) || !(dCols >= 1 && dCols <= INT_MAX)) return kBadOption;
+  const int rows = static_cast<int>(dRows), cols = static_cast<int>(dCols);
+  const int lead = pOptions && pOptions->FixIntercept ? 0 : 1;  // the intercept's 1.0
+  if (nScale < static_cast<long long>(cols) + lead) return kTooSmallBuffer;
+  try {
+    std::vector<double> column(rows), scale(static_cast<std::size_t>(cols) + lead, 1.0);
+    for (int j = 0; j < cols; ++j) {
+      for (int i = 0; i < rows; ++i) column[i] = pX[static_cast<std::size_t>(i) * cols + j];
+      double sd = NANUM;
+      if (int rc = zomath_basic_summary_stats(rows, column.data(), nullptr, nullptr, &sd, nullptr,
+                                              nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                              nullptr, nullptr, nullptr, nullptr, nullptr, 0,
+                                              nullptr))
+        return rc;
+      // A column without spread (or without a standard deviation) keeps its scale.
+      if (!is_nanum(sd) && std::isfinite(sd) && sd > 0) scale[lead + j] = 1.0 / sd;
+    }
+    for (int i = 0; i < rows; ++i)
+      for (int j = 0; j < cols; ++j) {
+        const std::size_t k = static_cast<std::size_t>(i) * cols + j;
+        pNormX[k] = nanum_mul(pX[k], scale[lead + j]);
+      }
+    std::copy(scale.begin(), scale.end(), pScale);
     return 0;
   } catch (...) {
     return kInternal;

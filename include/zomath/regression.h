@@ -127,6 +127,13 @@ ZOMATH_API int zomath_partial_reg_plots(const double* pX, int nSize, int nVars, 
                                         const LinearFitOptions* pOptions, double* pOut,
                                         int nOutCols);
 
+/* Columns scaled to unit standard deviation: pNormX = pX (dRows by dCols, truncated) with column
+ * j times pScale[lead + j] = 1 / SD (n - 1 denominator, NANUM skipped), lead 1 with pScale[0] =
+ * 1.0 for the intercept unless FixIntercept; a column without spread keeps the scale 1. -156
+ * null, -151 sizes below 1 or not finite, -98 nScale too small, the summary engine's codes. */
+ZOMATH_API int zomath_normalize_x(const LinearFitOptions* pOptions, const double* pX, double dRows,
+                                  double dCols, double* pNormX, double* pScale, int nScale);
+
 /* Dummy coding of 1-based levels (L the greatest) into pOut, nSize rows, cleared by the caller:
  * nMethod 0 drops level 1 (L - 1 columns), 1 drops level L (L - 1 columns), 2 keeps all (L).
  * -156 null, -151 L below 2 or above nSize or a level below 1, -110 bad nMethod, -112 a level

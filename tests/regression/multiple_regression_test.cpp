@@ -175,25 +175,26 @@ TEST(MultipleRegression, RankDetectionIgnoresScale) {
   }
 }
 
-// Results on columns multiplied by s, carried back, are the results on the raw columns.
-TEST(MultipleRegression, CorrectionBackFromScaledColumns) {
+// Columns normalised to unit standard deviation, fitted, and the results carried back with the
+// scale: the results on the raw columns. Both with the intercept free and held.
+TEST(MultipleRegression, NormalisedColumnsAndTheWayBack) {
   const Data d;
-  const double s[] = {10.0, 0.25, 1e3};
-  std::vector<double> x = d.x;
-  for (unsigned i = 0; i < d.n; ++i)
-    for (int j = 0; j < 3; ++j) x[3 * i + j] *= s[j];
   for (bool held : {false, true}) {
     const LinearFitOptions o = options(held, held ? 1.5 : 0.0);
-    std::vector<double> scale(s, s + 3);
-    if (!held) scale.insert(scale.begin(), 1.0);
+    std::vector<double> x(d.x.size()), scale(4);
+    ASSERT_EQ(zomath_normalize_x(&o, d.x.data(), d.n, d.m, x.data(), scale.data(), 4), 0);
+    EXPECT_TRUE(held || scale[0] == 1.0);  // the intercept's place
+    double mean = 0, ss = 0;  // column 2 of the normalised matrix has SD 1
+    for (unsigned i = 0; i < d.n; ++i) mean += x[3 * i + 2] / d.n;
+    for (unsigned i = 0; i < d.n; ++i) ss += (x[3 * i + 2] - mean) * (x[3 * i + 2] - mean);
+    EXPECT_NEAR(ss / (d.n - 1), 1.0, 1e-14);
     Call raw, scaled;
     ASSERT_EQ(raw.run(d.x.data(), d.n, d.m, d.y.data(), d.w.data(), o), 0);
     ASSERT_EQ(scaled.run(x.data(), d.n, d.m, d.y.data(), d.w.data(), o), 0);
     std::vector<FitParameter> back(4);
     std::vector<double> cov(25);
     ASSERT_EQ(zomath_MR_results_corrected(&o, &scaled.stats, scaled.fit.data(), 4, scaled.cov.data(),
-                                          5, 5, scale.data(), static_cast<unsigned>(scale.size()),
-                                          back.data(), cov.data()),
+                                          5, 5, scale.data(), held ? 3 : 4, back.data(), cov.data()),
               0);
     for (int j = 0; j < 4; ++j)
       for (double FitParameter::*f : {&FitParameter::value, &FitParameter::Error, &FitParameter::Prob,
@@ -201,10 +202,18 @@ TEST(MultipleRegression, CorrectionBackFromScaledColumns) {
         EXPECT_NEAR(back[j].*f, raw.fit[j].*f, 1e-11 * std::fabs(raw.fit[j].*f)) << held << j;
     for (int k = 0; k < 25; ++k) EXPECT_NEAR(cov[k], raw.cov[k], 1e-11 * std::fabs(raw.cov[k]));
   }
+  // A constant column keeps the scale 1; codes.
   const LinearFitOptions o = options();
+  const double constant[] = {2, 2, 2};
+  double n3[3], sc[2];
+  ASSERT_EQ(zomath_normalize_x(&o, constant, 3, 1, n3, sc, 2), 0);
+  EXPECT_TRUE(sc[1] == 1 && n3[2] == 2);
+  EXPECT_EQ(zomath_normalize_x(&o, constant, 3, 1, n3, sc, 1), -98);
+  EXPECT_EQ(zomath_normalize_x(&o, constant, 0, 1, n3, sc, 2), -151);
+  EXPECT_EQ(zomath_normalize_x(&o, nullptr, 3, 1, n3, sc, 2), -156);
   FitStats st{};
   FitParameter in[2] = {}, out[2];
-  double c[6] = {}, sc[2] = {1, 1};
+  double c[6] = {};
   EXPECT_EQ(zomath_MR_results_corrected(&o, &st, in, 2, c, 2, 3, sc, 2, out, c), -151);
   EXPECT_EQ(zomath_MR_results_corrected(&o, nullptr, in, 2, c, 2, 2, sc, 2, out, c), -156);
 }
