@@ -8,6 +8,18 @@
 
 namespace zomath::regression {
 
+// Return codes of the regression family.
+constexpr int kErrTooSmall = -98;             // a matrix, record or scale buffer too small
+constexpr int kErrNegativeWeight = -108;      // a weight below 0
+constexpr int kErrColumns = -110;             // wrong column count; a method out of range
+constexpr int kErrAbsentLevel = -112;         // a level of a factor never occurs
+constexpr int kErrInternal = -150;            // an internal step failed (memory, solver)
+constexpr int kErrOption = ZOMATH_ERR_OPTION;        // -151: option or value out of range
+constexpr int kErrNullData = ZOMATH_ERR_EMPTY_DATA;  // -156: a required array is null
+constexpr int kErrTooFew = ZOMATH_ERR_TOO_FEW_DATA;  // -165: too few points
+constexpr int kErrWeightCount = -174;         // weight count differs from the point count
+constexpr int kErrTooManyParameters = -212;   // more parameters than points
+
 // The defaults a null option pointer stands for in the linear fit and the multiple regression.
 LinearFitOptions default_fit_options();
 

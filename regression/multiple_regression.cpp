@@ -17,15 +17,6 @@ namespace {
 using namespace zomath;
 using namespace zomath::regression;
 
-// Codes of the multiple regression.
-constexpr int kBadLevel = ZOMATH_ERR_OPTION;       // -151
-constexpr int kNullData = ZOMATH_ERR_EMPTY_DATA;   // -156
-constexpr int kWeightCount = -174;
-constexpr int kTooSmall = -98;
-constexpr int kNegativeWeight = -108;
-constexpr int kTooManyParameters = -212;
-constexpr int kInternal = -150;
-
 // The relative tolerance handed to the solver's rank test (see platform/regression.h).
 constexpr double kRankTolerance = 1e-20;
 
@@ -48,18 +39,18 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
   if (psFit)
     for (unsigned i = 0; i < nFitSize; ++i) set_fixed(psFit[i], NANUM);
 
-  if (!(opt.ConfLevel >= 0 && opt.ConfLevel <= 1)) return kBadLevel;
-  if (!pX || !pY || !psFit) return kNullData;
-  if (nWeightSize != 0 && nWeightSize != nSize) return kWeightCount;
+  if (!(opt.ConfLevel >= 0 && opt.ConfLevel <= 1)) return kErrOption;
+  if (!pX || !pY || !psFit) return kErrNullData;
+  if (nWeightSize != 0 && nWeightSize != nSize) return kErrWeightCount;
   const bool matrices = pCovariance || pCorrelation;
   const unsigned long long need = 1ULL + nVars;
-  if ((matrices && (nMatrixRows < need || nMatrixCols < need)) || nFitSize < nVars) return kTooSmall;
-  if (nSize > INT_MAX || nVars >= INT_MAX) return kTooSmall;
+  if ((matrices && (nMatrixRows < need || nMatrixCols < need)) || nFitSize < nVars) return kErrTooSmall;
+  if (nSize > INT_MAX || nVars >= INT_MAX) return kErrTooSmall;
   const int n = static_cast<int>(nSize), m = static_cast<int>(nVars);
 
   if (pWeights)
     for (int i = 0; i < n; ++i)
-      if (pWeights[i] < 0) return kNegativeWeight;
+      if (pWeights[i] < 0) return kErrNegativeWeight;
 
   // The held intercept is taken off y, and the model has no column of ones.
   const bool fixIntercept = opt.FixIntercept;
@@ -70,7 +61,7 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
   }
   const double* y = fixIntercept ? shifted.Data() : pY;
   const int ip = fixIntercept ? m : m + 1;
-  if (ip > n) return kTooManyParameters;
+  if (ip > n) return kErrTooManyParameters;
 
   const std::size_t nPacked = static_cast<std::size_t>(ip) * (ip + 1) / 2;
   std::vector<double> b(std::max(ip, 1)), se(std::max(ip, 1)), cov(std::max<std::size_t>(nPacked, 1)),
@@ -117,7 +108,7 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
   // Sums over the first nSize values of pX as stored (the x column when nVars is 1), y as given;
   // a model of the intercept alone has no x to sum.
   FitSums sums;
-  if (!weighted_sums(m ? pX : nullptr, pY, pWeights, nSize, fixIntercept, sums)) return kInternal;
+  if (!weighted_sums(m ? pX : nullptr, pY, pWeights, nSize, fixIntercept, sums)) return kErrInternal;
   const double modelDF = fixIntercept ? sum.rank : sum.rank - 1;
   const double tc = t_critical(opt.ConfLevel, df);
 
@@ -202,7 +193,7 @@ int zomath_multiple_linear_regression(const double* pX, unsigned int nSize, unsi
                         pStats, pAnova, pCovariance, pCorrelation, nMatrixRows, nMatrixCols,
                         pLeverage, pFitError);
   } catch (...) {
-    return kInternal;
+    return kErrInternal;
   }
 }
 
@@ -211,10 +202,10 @@ int zomath_MR_results_corrected(const LinearFitOptions* pOptions, const FitStats
                                 unsigned int nRows, unsigned int nCols, double* pScale,
                                 unsigned int nScale, FitParameter* pFitOut, double* pCovOut) {
   if (!pOptions || !pStats || !pFitIn || !pScale || !pFitOut || (pCovOut && !pCovIn))
-    return kNullData;
-  if (nFit < 1 || nScale < 1) return kBadLevel;
+    return kErrNullData;
+  if (nFit < 1 || nScale < 1) return kErrOption;
   if (pCovOut) {
-    if (nRows != nCols || nRows < 1) return kBadLevel;
+    if (nRows != nCols || nRows < 1) return kErrOption;
     // D C D with D = diag(scale), 1 beyond the scale's end.
     auto d = [&](unsigned i) { return i < nScale ? pScale[i] : 1.0; };
     for (unsigned i = 0; i < nRows; ++i)

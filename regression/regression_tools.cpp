@@ -20,14 +20,6 @@ namespace {
 using namespace zomath;
 using namespace zomath::regression;
 
-constexpr int kBadOption = ZOMATH_ERR_OPTION;     // -151
-constexpr int kNullData = ZOMATH_ERR_EMPTY_DATA;  // -156
-constexpr int kTooFew = ZOMATH_ERR_TOO_FEW_DATA;  // -165
-constexpr int kColumns = -110;
-constexpr int kAbsentLevel = -112;
-constexpr int kInternal = -150;
-constexpr int kTooSmallBuffer = -98;
-
 // Z'Z of an n by p row-major matrix.
 NRMat<double> cross_product(const double* z, int n, int p) {
   NRMat<double> a(0.0, p, p);
@@ -63,7 +55,7 @@ int zomath_diagnostic_residuals(int nSize, int nParams, double dRMS, int nResidu
                                 double* pInternalStudentized, double* pExternalStudentized,
                                 double* pCooksDistance, double* pAtkinsonT, double* pStandardized,
                                 const double* pLeverage) {
-  if (!pResiduals || !pDesign) return kNullData;
+  if (!pResiduals || !pDesign) return kErrNullData;
   const std::size_t nres = nResiduals > 0 ? static_cast<std::size_t>(nResiduals) : 0;
   for (double* p : {pInternalStudentized, pExternalStudentized, pCooksDistance, pAtkinsonT,
                     pStandardized})
@@ -118,7 +110,7 @@ int zomath_diagnostic_residuals(int nSize, int nParams, double dRMS, int nResidu
     put(pAtkinsonT, atkinson);
     return 0;
   } catch (...) {
-    return kInternal;
+    return kErrInternal;
   }
 }
 
@@ -127,24 +119,24 @@ int zomath_reg_plots(const double* pX, const double* pY, const double* pWeights,
   fill_nanum(pSums);
   LinearFitOptions opt = default_fit_options();
   if (pOptions) opt = *pOptions;
-  if (nSize < 2) return kTooFew;
-  if (!(opt.ConfLevel >= 0 && opt.ConfLevel <= 1)) return kBadOption;
-  if (!pX || !pY || !pSums) return kNullData;
+  if (nSize < 2) return kErrTooFew;
+  if (!(opt.ConfLevel >= 0 && opt.ConfLevel <= 1)) return kErrOption;
+  if (!pX || !pY || !pSums) return kErrNullData;
   if ((opt.FixIntercept && opt.FixSlope) || (opt.ExclusiveFix && (opt.FixSlope || opt.FixIntercept)))
-    return kBadOption;
+    return kErrOption;
   return weighted_sums(pX, pY, pWeights, static_cast<std::size_t>(nSize), opt.FixIntercept, *pSums)
              ? 0
-             : kInternal;
+             : kErrInternal;
 }
 
 int zomath_partial_reg_plots(const double* pX, int nSize, int nVars, const double* pY,
                              const LinearFitOptions* pOptions, double* pOut, int nOutCols) {
-  if (!pX || !pY || !pOut) return kNullData;
+  if (!pX || !pY || !pOut) return kErrNullData;
   const bool intercept = !(pOptions && pOptions->FixIntercept);
-  if (nVars < 0) return kColumns;
+  if (nVars < 0) return kErrColumns;
   const long long p = static_cast<long long>(nVars) + (intercept ? 1 : 0);
-  if (nOutCols != 2 * p || p < 1) return kColumns;
-  if (nSize < 1) return kTooFew;
+  if (nOutCols != 2 * p || p < 1) return kErrColumns;
+  if (nSize < 1) return kErrTooFew;
   try {
     const int q = static_cast<int>(p);
     const std::size_t n = static_cast<std::size_t>(nSize);
@@ -156,7 +148,7 @@ int zomath_partial_reg_plots(const double* pX, int nSize, int nVars, const doubl
       for (int j = 0; j < nVars; ++j) z[i][k++] = pX[i * nVars + j];
     }
     NRMat<double> m = cross_product(z.Data(), nSize, q);
-    if (invert_normal_matrix(m, true)) return kInternal;
+    if (invert_normal_matrix(m, true)) return kErrInternal;
     // U = (Z'Z)^-1 Z' (q by n), b = U y, e = y - Z b.
     NRMat<double> u(0.0, q, nSize);
     for (int j = 0; j < q; ++j)
@@ -185,17 +177,17 @@ int zomath_partial_reg_plots(const double* pX, int nSize, int nVars, const doubl
     }
     return 0;
   } catch (...) {
-    return kInternal;
+    return kErrInternal;
   }
 }
 
 int zomath_normalize_x(const LinearFitOptions* pOptions, const double* pX, double dRows,
                        double dCols, double* pNormX, double* pScale, int nScale) {
-  if (!pX || !pNormX || !pScale) return kNullData;
-  if (!(dRows >= 1 && dRows <= INT_MAX) || !(dCols >= 1 && dCols <= INT_MAX)) return kBadOption;
+  if (!pX || !pNormX || !pScale) return kErrNullData;
+  if (!(dRows >= 1 && dRows <= INT_MAX) || !(dCols >= 1 && dCols <= INT_MAX)) return kErrOption;
   const int rows = static_cast<int>(dRows), cols = static_cast<int>(dCols);
   const int lead = pOptions && pOptions->FixIntercept ? 0 : 1;  // the intercept's 1.0
-  if (nScale < static_cast<long long>(cols) + lead) return kTooSmallBuffer;
+  if (nScale < static_cast<long long>(cols) + lead) return kErrTooSmall;
   try {
     std::vector<double> column(rows), scale(static_cast<std::size_t>(cols) + lead, 1.0);
     for (int j = 0; j < cols; ++j) {
@@ -217,17 +209,17 @@ int zomath_normalize_x(const LinearFitOptions* pOptions, const double* pX, doubl
     std::copy(scale.begin(), scale.end(), pScale);
     return 0;
   } catch (...) {
-    return kInternal;
+    return kErrInternal;
   }
 }
 
 int zomath_dummy_vars(int nMethod, int nSize, const int* pLevels, double* pOut) {
-  if (!pLevels || !pOut) return kNullData;
-  if (nSize < 1) return kBadOption;
+  if (!pLevels || !pOut) return kErrNullData;
+  if (nSize < 1) return kErrOption;
   const int levels = *std::max_element(pLevels, pLevels + nSize);
-  if (levels < 2 || levels > nSize) return kBadOption;
-  if (nMethod < 0 || nMethod > 2) return kColumns;
-  if (*std::min_element(pLevels, pLevels + nSize) < 1) return kBadOption;
+  if (levels < 2 || levels > nSize) return kErrOption;
+  if (nMethod < 0 || nMethod > 2) return kErrColumns;
+  if (*std::min_element(pLevels, pLevels + nSize) < 1) return kErrOption;
   const int cols = nMethod == 2 ? levels : levels - 1;
   std::vector<bool> seen(static_cast<std::size_t>(levels) + 1, false);
   for (int i = 0; i < nSize; ++i) {
@@ -240,7 +232,7 @@ int zomath_dummy_vars(int nMethod, int nSize, const int* pLevels, double* pOut) 
     if (col >= 0) pOut[static_cast<std::size_t>(i) * cols + col] = 1.0;
   }
   for (int v = 1; v <= levels; ++v)
-    if (!seen[v]) return kAbsentLevel;
+    if (!seen[v]) return kErrAbsentLevel;
   return 0;
 }
 
@@ -249,7 +241,7 @@ double zomath_AIC(int nSize, int nParams, double dRSS, int* pError) {
     *pError = 0;
     if (nSize < 1 || nParams < 1 || nSize <= static_cast<long long>(nParams) + 1 || !(dRSS >= 0) ||
         is_nanum(dRSS)) {
-      *pError = kBadOption;
+      *pError = kErrOption;
       return NANUM;
     }
   }
