@@ -276,6 +276,30 @@ def row_integrate(lib, n, rng):
 
     return Row("zomath_integrate", n, run, lambda: np.trapz(y, x), "trapz",
                lambda a, b: rel_close(a, b, 1e-9))
+
+
+def row_multiple_regression(lib, shape, rng):
+    n, m = shape
+    x = np.ascontiguousarray(rng.standard_normal((n, m)) * 10 + 3)
+    y = 1.5 + x @ (0.1 * np.arange(1, m + 1)) + rng.standard_normal(n)
+    design = np.column_stack([np.ones(n), x])
+    fit = (C.c_double * (9 * (m + 1)))()  # FitParameter records: 9 words each
+
+    def run():
+        rc = lib.zomath_multiple_linear_regression(ptr(x), n, m, ptr(y), None, 0, None, fit, m + 1,
+                                                   None, None, None, None, 0, 0, None, None)
+        return rc, np.array([fit[9 * j] for j in range(m + 1)])
+
+    def ref():
+        return np.linalg.lstsq(design, y, rcond=None)[0]
+
+    def agree(r, b):
+        return "DIFF code %d" % r[0] if r[0] else rel_close(r[1], b, 1e-10)
+
+    return Row("zomath_multiple_linear_regression", "%dx%d" % (n, m), run, ref,
+               "linalg.lstsq([1 X], y)", agree)
+
+
 def interp_source(rng, n):
     x = np.sort(rng.uniform(0.0, 100.0, n))
     return x, np.sin(x) + 0.1 * rng.standard_normal(n)
@@ -352,6 +376,8 @@ ROWS = [
     (row_interpolate_linear, 1_000_000),
     (row_interpolate_spline, 1_000_000),
     (row_interpolate_smoothing, 10_000),
+    (row_multiple_regression, (100_000, 10)),
+    (row_multiple_regression, (1_000_000, 3)),
 ]
 
 
@@ -371,6 +397,8 @@ def declare(lib):
         "zomath_basic_summary_stats": (I, [I, dp, ip] + [dp] * 11 + [ip, dp, dp, I, dp]),
         "zomath_integrate": (I, [I, dp, dp, dp, dp]),
         "zomath_interpolate": (I, [dp, dp, U, dp, dp, U, I, D, dp, dp, U, I]),
+        "zomath_multiple_linear_regression": (I, [dp, U, U, dp, dp, U, C.c_void_p, C.c_void_p, U,
+                                                  C.c_void_p, C.c_void_p, dp, dp, U, U, dp, dp]),
     }
     for name, (res, args) in sig.items():
         f = getattr(lib, name)

@@ -13,6 +13,8 @@
 #define lapack_complex_double std::complex<double>
 #include <lapacke.h>
 
+#include "platform/workspace.h"
+
 namespace zomath::platform {
 namespace {
 
@@ -20,16 +22,6 @@ using cplx = std::complex<double>;
 static_assert(sizeof(cplx) == sizeof(d_complex), "d_complex and std::complex<double> share a layout");
 
 cplx* as_cplx(d_complex* p) { return reinterpret_cast<cplx*>(p); }
-
-// Working storage that reports failure the library's way.
-template <class T>
-std::vector<T> buffer(std::size_t n) {
-  try {
-    return std::vector<T>(n);
-  } catch (const std::bad_alloc&) {
-    throw ZOMATH_ERROR_NO_MEMORY;
-  }
-}
 
 bool finite(double x) { return std::isfinite(x); }
 bool finite(const d_complex& z) { return std::isfinite(z.re) && std::isfinite(z.im); }

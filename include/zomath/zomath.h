@@ -9,6 +9,7 @@
 #include "zomath/records.h"
 #include "zomath/scalar.h"
 #include "zomath/stats.h"
+#include "zomath/regression.h"
 #include "zomath/curves.h"
 
 #endif /* ZOMATH_ZOMATH_H */
