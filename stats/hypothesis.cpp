@@ -5,21 +5,38 @@
 #include "core/double_double.h"
 #include "platform/distributions/student_t.h"
 #include "platform/moment_sums.h"
+#include "platform/weighted_moments.h"
+#include "stats/moments.h"
 #include "zomath/stats.h"
 
 namespace zomath::stats {
 
 int sample_summary(const double* x, int n, SampleStats& s) {
   s = SampleStats{};
-  const int code = zomath_basic_summary_stats(n, x, &s.n, &s.mean, &s.sd, &s.sem, nullptr, nullptr,
-                                              nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                              nullptr, nullptr, nullptr, DS_SAS1_DF, nullptr);
-  if (code == 0 && s.n >= 2 && s.mean != NANUM) {
-    // The first pass of the summary once more, for the part of the mean that rounding drops.
-    const platform::FirstSums f = platform::first_sums(x, nullptr, n, true);
-    if (std::isfinite(f.meanLow)) s.meanLow = (f.mean - s.mean) + f.meanLow;
+  if (n < 0) return ZOMATH_ERR_NULL_DATA;
+  if (n > 0 && !x) return ZOMATH_ERR_EMPTY_DATA;
+  // The route of zomath_basic_summary_stats under n - 1 without weights, taken here so that the
+  // first pass's double-double mean is kept: two passes for everything.
+  const platform::FirstSums f = scan(x, nullptr, n);
+  s.n = static_cast<int>(f.valid);
+  if (s.n == 1) {
+    int i = n - 1;
+    while (x[i] == NANUM) --i;
+    s.mean = x[i];
   }
-  return code;
+  if (s.n < 2) return ZOMATH_OK;
+  const platform::DeviationSums dev = deviations(x, nullptr, n, f, false);
+  platform::WeightedMoments m;
+  platform::NagError err;
+  const int code = platform::weighted_moments_from_sums(f, dev, m, err);
+  if (code != 0 && code != platform::kMomentsZeroVariance) return ZOMATH_OK;
+  s.mean = m.mean;
+  s.sd = m.sd;
+  s.sem = m.sd / std::sqrt(f.weightSum);
+  // The mean is first.mean + first.meanLow + the deviations' residue: what rounding left out.
+  const double low = (f.mean - m.mean) + (f.meanLow + dev.sumD / f.weightSum / dev.scale);
+  s.meanLow = std::isfinite(low) ? low : 0;
+  return ZOMATH_OK;
 }
 
 double mean_minus(const SampleStats& s, double c) {

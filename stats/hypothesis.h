@@ -18,9 +18,9 @@ struct SampleStats {
   double meanLow = 0;
 };
 
-// The summary of x[0..n) without its NANUM, by zomath_basic_summary_stats: one point has SD and
-// SEM NANUM, no point n 0. Returns 0, or that export's code (-155 n < 0, -156 a null x with
-// n > 0, -166 no memory).
+// The summary of x[0..n) without its NANUM, as zomath_basic_summary_stats gives it under the
+// denominator n - 1 without weights: one point has SD and SEM NANUM, no point n 0. Returns 0,
+// -155 n < 0, -156 a null x with n > 0.
 int sample_summary(const double* x, int n, SampleStats& s);
 
 // (mean + meanLow) - c, rounded once: the numerator of a t statistic.
