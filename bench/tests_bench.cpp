@@ -29,7 +29,9 @@ void sizes(benchmark::internal::Benchmark* b) {
   b->Unit(benchmark::kMicrosecond);
 }
 
-void finish(benchmark::State& state, long points) { state.SetItemsProcessed(state.iterations() * points); }
+void finish(benchmark::State& state, long points) {
+  state.SetItemsProcessed(state.iterations() * points);
+}
 
 // Mean and variance (n - 1) of x in two passes, without looking for NANUM.
 void plain_moments(const double* x, long n, double& mean, double& var) {

@@ -15,8 +15,8 @@ bool usable_sd(double s) { return s >= 0 && s < INFINITY; }
 // The standard error of mean(x) - mean(y) and its degrees of freedom. Both SDs are divided by
 // the larger first, so that neither their squares nor Satterthwaite's fourth powers overflow or
 // underflow between 1e-300 and 1e300; the degrees of freedom don't depend on the scale.
-void standard_error(const SampleSummary& x, const SampleSummary& y, Variances variances,
-                    double& se, double& df) {
+void standard_error(const SampleSummary& x, const SampleSummary& y, Variances variances, double& se,
+                    double& df) {
   const double m = std::max(x.sd, y.sd), u = x.sd / m, v = y.sd / m;
   const double nx = x.n, ny = y.n;
   if (variances == Variances::Equal) {

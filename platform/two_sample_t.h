@@ -8,12 +8,12 @@
 namespace zomath::platform {
 
 // Failure codes of two_sample_t (0 is success).
-inline constexpr int kTwoSampleTooFew = 1;    // a sample of fewer than 2 points
-inline constexpr int kTwoSampleBadSpread = 2; // an SD below 0, NaN or infinite, or both SDs 0
-inline constexpr int kTwoSampleBadLevel = 3;  // a confidence level not strictly between 0 and 1
-inline constexpr int kTwoSampleBadTail = 4;   // a tail other than TwoSided, Upper or Lower
-inline constexpr int kTwoSampleBadMean = 5;   // a mean or the tested difference NaN or infinite
-inline constexpr int kTwoSampleNoQuantile = 6; // the t quantile search did not settle
+inline constexpr int kTwoSampleTooFew = 1;      // a sample of fewer than 2 points
+inline constexpr int kTwoSampleBadSpread = 2;   // an SD below 0, NaN or infinite, or both SDs 0
+inline constexpr int kTwoSampleBadLevel = 3;    // a confidence level not strictly between 0 and 1
+inline constexpr int kTwoSampleBadTail = 4;     // a tail other than TwoSided, Upper or Lower
+inline constexpr int kTwoSampleBadMean = 5;     // a mean or the tested difference NaN or infinite
+inline constexpr int kTwoSampleNoQuantile = 6;  // the t quantile search did not settle
 
 // Count, mean and standard deviation (denominator n - 1) of one sample. mean + meanLow is the
 // mean to about twice a double's precision where the caller knows it (0: the mean as rounded),

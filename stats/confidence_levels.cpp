@@ -51,7 +51,9 @@ int two_sample_mean_limits(const double* pLevels, int nLevels,
   clear_limits(nLevels, pLCLs, pUCLs);
   const tTestMean2SampleResults& s = *pSummary;
   // A missing SD is no spread at all; the test routine refuses it.
-  const auto sd = [](double v) { return v == NANUM ? std::numeric_limits<double>::quiet_NaN() : v; };
+  const auto sd = [](double v) {
+    return v == NANUM ? std::numeric_limits<double>::quiet_NaN() : v;
+  };
   const platform::SampleSummary x{s.N1, s.Mean1, sd(s.SD1)}, y{s.N2, s.Mean2, sd(s.SD2)};
   for (int i = 0; i < nLevels; ++i) {
     if (!valid_level(pLevels[i])) return ZOMATH_ERR_OPTION;
@@ -114,9 +116,10 @@ int zomath_confidence_levels_for_variance(int nLevels, const double* pLevels, do
 }
 
 int zomath_two_sample_confidence_levels_for_mean_equal_var(const double* pLevels, int nLevels,
-                                                          const tTestMean2SampleResults* pSummary,
-                                                          double* pLCLs, double* pUCLs) {
-  return two_sample_mean_limits(pLevels, nLevels, pSummary, pLCLs, pUCLs, platform::Variances::Equal);
+                                                           const tTestMean2SampleResults* pSummary,
+                                                           double* pLCLs, double* pUCLs) {
+  return two_sample_mean_limits(pLevels, nLevels, pSummary, pLCLs, pUCLs,
+                                platform::Variances::Equal);
 }
 
 int zomath_two_sample_confidence_levels_for_mean_unequal_var(

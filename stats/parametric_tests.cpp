@@ -16,26 +16,29 @@ namespace {
 
 // Record layouts that hosts rely on: 32-bit counts, doubles on their natural boundaries.
 static_assert(offsetof(HypotTestOptions, dTestValue) == 8 &&
-              offsetof(HypotTestOptions, TailType) == 16 && sizeof(HypotTestOptions) == 24,
+                  offsetof(HypotTestOptions, TailType) == 16 && sizeof(HypotTestOptions) == 24,
               "HypotTestOptions layout");
 static_assert(offsetof(tTestMeanResults, Mean) == 8 && offsetof(tTestMeanResults, SEM) == 24 &&
-              offsetof(tTestMeanResults, DOF) == 32 && offsetof(tTestMeanResults, tValue) == 40 &&
-              offsetof(tTestMeanResults, Prob) == 48 && sizeof(tTestMeanResults) == 56,
+                  offsetof(tTestMeanResults, DOF) == 32 &&
+                  offsetof(tTestMeanResults, tValue) == 40 &&
+                  offsetof(tTestMeanResults, Prob) == 48 && sizeof(tTestMeanResults) == 56,
               "tTestMeanResults layout");
 static_assert(offsetof(tTestMean2SampleResults, Mean1) == 8 &&
-              offsetof(tTestMean2SampleResults, N2) == 32 &&
-              offsetof(tTestMean2SampleResults, Mean2) == 40 &&
-              offsetof(tTestMean2SampleResults, DiffMean) == 64 &&
-              offsetof(tTestMean2SampleResults, DOF) == 80 &&
-              offsetof(tTestMean2SampleResults, Prob) == 96 &&
-              sizeof(tTestMean2SampleResults) == 104, "tTestMean2SampleResults layout");
+                  offsetof(tTestMean2SampleResults, N2) == 32 &&
+                  offsetof(tTestMean2SampleResults, Mean2) == 40 &&
+                  offsetof(tTestMean2SampleResults, DiffMean) == 64 &&
+                  offsetof(tTestMean2SampleResults, DOF) == 80 &&
+                  offsetof(tTestMean2SampleResults, Prob) == 96 &&
+                  sizeof(tTestMean2SampleResults) == 104,
+              "tTestMean2SampleResults layout");
 static_assert(offsetof(tTestResults, tValue) == 8 && sizeof(tTestResults) == 24, "tTestResults");
 static_assert(offsetof(ChiSqTestResults, Chi) == 8 && sizeof(ChiSqTestResults) == 24,
               "ChiSqTestResults layout");
-static_assert(offsetof(ChiSq2SampleResults, Chi) == 8 && offsetof(ChiSq2SampleResults, Prob) == 16 &&
-              sizeof(ChiSq2SampleResults) == 24, "ChiSq2SampleResults layout");
+static_assert(offsetof(ChiSq2SampleResults, Chi) == 8 &&
+                  offsetof(ChiSq2SampleResults, Prob) == 16 && sizeof(ChiSq2SampleResults) == 24,
+              "ChiSq2SampleResults layout");
 static_assert(offsetof(FTestResults, DOF2) == 4 && offsetof(FTestResults, F) == 8 &&
-              offsetof(FTestResults, Prob) == 16 && sizeof(FTestResults) == 24,
+                  offsetof(FTestResults, Prob) == 16 && sizeof(FTestResults) == 24,
               "FTestResults layout");
 
 void clear(tTestMean2SampleResults& r, int count) {
@@ -102,7 +105,8 @@ int zomath_one_sample_t_test(const double* pData, int nSize, const HypotTestOpti
     if (first == NANUM) first = pData[i];
     constant = pData[i] == first;
   }
-  const double t = constant ? NANUM : mean_minus(s, pOptions->dTestValue) * std::sqrt(double(s.n)) / s.sd;
+  const double t =
+      constant ? NANUM : mean_minus(s, pOptions->dTestValue) * std::sqrt(double(s.n)) / s.sd;
   if (constant || std::isnan(t)) {
     r.DOF = 0;
     return s.n;
@@ -117,10 +121,12 @@ int zomath_t_test_one_sample(int nSize, double dMean, double dSD, double* pProb,
   if (!pProb) return ZOMATH_ERR_NULL_POINTER;
   *pProb = NANUM;
   if (pT) *pT = NANUM;
-  if (TailType < TAILED_TEST_TWO || TailType > TAILED_TEST_LOWER) return ZOMATH_TEST_ERR_SUMMARY_TAIL;
+  if (TailType < TAILED_TEST_TWO || TailType > TAILED_TEST_LOWER)
+    return ZOMATH_TEST_ERR_SUMMARY_TAIL;
   if (nSize < 1) return ZOMATH_ERR_TOO_FEW_ITEMS;
   if (pDOF) *pDOF = nSize - 1;
-  if (nFlat == 1 || nSize == 1 || !(dSD > 0) || dMean == NANUM || dTestValue == NANUM) return ZOMATH_OK;
+  if (nFlat == 1 || nSize == 1 || !(dSD > 0) || dMean == NANUM || dTestValue == NANUM)
+    return ZOMATH_OK;
   const double t = (dMean - dTestValue) * std::sqrt(double(nSize)) / dSD;
   if (std::isnan(t)) return ZOMATH_OK;
   if (pT) *pT = t;
@@ -135,7 +141,8 @@ int zomath_two_sample_t_test(const double* pData1, int nSize1, const double* pDa
   if (!pEqualResults) return ZOMATH_ERR_EMPTY_DATA;
   tTestMean2SampleResults& r = *pEqualResults;
   clear(r, -1);
-  if (pUnequalResults) pUnequalResults->DOF = pUnequalResults->tValue = pUnequalResults->Prob = NANUM;
+  if (pUnequalResults)
+    pUnequalResults->DOF = pUnequalResults->tValue = pUnequalResults->Prob = NANUM;
   if (!pOptions) return ZOMATH_ERR_EMPTY_DATA;
   if (nSize1 < 0 || nSize2 < 0) return ZOMATH_ERR_NULL_DATA;
   if ((nSize1 > 0 && !pData1) || (nSize2 > 0 && !pData2)) return ZOMATH_ERR_EMPTY_DATA;
@@ -151,7 +158,8 @@ int zomath_two_sample_t_test(const double* pData1, int nSize1, const double* pDa
   r.SD2 = b.sd;
   r.SEM2 = b.sem;
   const int tail = pOptions->TailType;
-  if (tail < TAILED_TEST_TWO || tail > TAILED_TEST_LOWER || !usable_test_value(pOptions->dTestValue))
+  if (tail < TAILED_TEST_TWO || tail > TAILED_TEST_LOWER ||
+      !usable_test_value(pOptions->dTestValue))
     return ZOMATH_ERR_OPTION;
   r.DOF = double(a.n) + double(b.n) - 2;
   const platform::Tail platformTail = tail == TAILED_TEST_UPPER   ? platform::Tail::Upper
@@ -233,7 +241,8 @@ int zomath_two_sample_t_test_pair(const double* pData1, int nSize1, const double
   if (!(diff.sd > 0)) return ZOMATH_OK;
   const double t = mean_minus(diff, pOptions->dTestValue) * std::sqrt(double(n)) / diff.sd;
   const int tail = pOptions->TailType;
-  if (tail < TAILED_TEST_TWO || tail > TAILED_TEST_LOWER || !usable_test_value(pOptions->dTestValue)) {
+  if (tail < TAILED_TEST_TWO || tail > TAILED_TEST_LOWER ||
+      !usable_test_value(pOptions->dTestValue)) {
     clear(r, 0);
     return ZOMATH_ERR_OPTION;
   }
@@ -358,8 +367,7 @@ int zomath_row_ttest2(int nRows, int nCols, const double* pMatrix1, const double
         sample_summary(row2.Data(), n2, b) == 0) {
       platform::NagError err;
       const platform::TwoSampleT test = platform::two_sample_t(
-          as_sample(a), as_sample(b), platform::Variances::Equal,
-          tail, shift, 0, nullptr, err);
+          as_sample(a), as_sample(b), platform::Variances::Equal, tail, shift, 0, nullptr, err);
       if (err.code == 0) result = test;
     }
     if (pT) pT[i] = result.t;

@@ -10,7 +10,7 @@
 // 8e-14, is a Welch probability of 1e-169, where each ulp of t moves p by 200 ulps.)
 #include <gtest/gtest.h>
 
-#include <map>
+#include <array>
 #include <vector>
 
 #include "../scalar/reference.h"
@@ -22,16 +22,35 @@ using namespace zomath::testing;
 
 constexpr double kTolerance = 2e-13;
 
-enum Kind { kOne, kEqual, kWelch, kPair, kChi, kChiPooled, kF, kCiMean, kCiVar, kCiEqual,
-            kCiWelch, kCiPair, kCiRatio, kKinds };
-const char* const kNames[] = {"one-sample t", "pooled t", "Welch t", "paired t", "chi-square",
-                              "pooled chi-square", "F", "limits of a mean",
-                              "limits of a variance", "limits of a difference (pooled)",
-                              "limits of a difference (Welch)", "limits of a paired difference",
+enum Kind {
+  kOne,
+  kEqual,
+  kWelch,
+  kPair,
+  kChi,
+  kChiPooled,
+  kF,
+  kCiMean,
+  kCiVar,
+  kCiEqual,
+  kCiWelch,
+  kCiPair,
+  kCiRatio,
+  kKinds
+};
+const char* const kNames[] = {"one-sample t",
+                              "pooled t",
+                              "Welch t",
+                              "paired t",
+                              "chi-square",
+                              "pooled chi-square",
+                              "F",
+                              "limits of a mean",
+                              "limits of a variance",
+                              "limits of a difference (pooled)",
+                              "limits of a difference (Welch)",
+                              "limits of a paired difference",
                               "limits of a variance ratio"};
-
-// The test value the paired limits are recovered with: the limits don't depend on it.
-constexpr double kPairedTestValue = 0.25;
 
 std::vector<std::vector<double>> samples() {
   std::vector<std::vector<double>> sets;
@@ -43,126 +62,72 @@ std::vector<std::vector<double>> samples() {
   return sets;
 }
 
-struct Case {
-  const std::vector<double>& x;
-  const std::vector<double>& y;
-  int tail;
-  double parameter;
-  int field;
-};
-
 int size(const std::vector<double>& v) { return static_cast<int>(v.size()); }
 
-tTestMean2SampleResults two_sample(const Case& c, double testValue = 0, int tail = 0,
-                                   tTestResults* welch = nullptr) {
-  const HypotTestOptions o{0, testValue, tail};
-  tTestMean2SampleResults r;
-  EXPECT_EQ(zomath_two_sample_t_test(c.x.data(), size(c.x), c.y.data(), size(c.y), &o, &r, welch), 0);
-  return r;
-}
-
-tTestMeanResults one_sample(const Case& c, double testValue = 0, int tail = 0) {
-  const HypotTestOptions o{0, testValue, tail};
-  tTestMeanResults r;
-  EXPECT_EQ(zomath_one_sample_t_test(c.x.data(), size(c.x), &o, &r), 0);
-  EXPECT_EQ(r.DOF, r.N - 1);
-  return r;
-}
-
-tTestMean2SampleResults paired(const Case& c, double testValue, int tail) {
-  const HypotTestOptions o{0, testValue, tail};
-  tTestMean2SampleResults r;
-  EXPECT_EQ(zomath_two_sample_t_test_pair(c.x.data(), size(c.x), c.y.data(), size(c.y), &o, &r), 0);
-  return r;
-}
-
-// Lower and upper limit at one level from an interval export.
-template <class Export>
-double limit(const Case& c, Export call) {
-  double limits[2] = {0, 0};
-  EXPECT_EQ(call(&c.parameter, &limits[0], &limits[1]), 0);
-  return limits[c.field];
-}
-
-double compute(Kind kind, const Case& c) {
-  const HypotTestOptions o{0, c.parameter, c.tail};
-  switch (kind) {
-    case kOne: {
-      const tTestMeanResults r = one_sample(c, c.parameter, c.tail);
-      return c.field == 0 ? r.tValue : r.Prob;
-    }
-    case kEqual: {
-      const tTestMean2SampleResults r = two_sample(c, c.parameter, c.tail);
-      EXPECT_EQ(r.DOF, r.N1 + r.N2 - 2);
-      return c.field == 0 ? r.tValue : r.Prob;
-    }
-    case kWelch: {
-      tTestResults w;
-      two_sample(c, c.parameter, c.tail, &w);
-      return c.field == 0 ? w.tValue : c.field == 1 ? w.Prob : w.DOF;
-    }
-    case kPair: {
-      const tTestMean2SampleResults r = paired(c, c.parameter, c.tail);
-      return c.field == 0 ? r.tValue : r.Prob;
-    }
-    case kChi: {
-      ChiSqTestResults r;
-      EXPECT_EQ(zomath_chi_square_test(size(c.x), c.x.data(), &o, &r), 0);
-      EXPECT_EQ(r.DOF, size(c.x) - 1);
-      return c.field == 0 ? r.Chi : r.Prob;
-    }
-    case kChiPooled: {
-      const tTestMean2SampleResults summary = two_sample(c);
-      ChiSq2SampleResults r;
-      EXPECT_EQ(zomath_two_sample_chi_square_test(&o, &summary, &r), 0);
-      EXPECT_EQ(r.DOF, size(c.x) + size(c.y) - 2);
-      return c.field == 0 ? r.Chi : r.Prob;
-    }
-    case kF: {
-      FTestResults r;
-      EXPECT_EQ(zomath_f_test(size(c.x), c.x.data(), size(c.y), c.y.data(), &o, &r), 0);
-      EXPECT_EQ(r.DOF1, size(c.x) - 1);
-      EXPECT_EQ(r.DOF2, size(c.y) - 1);
-      return c.field == 0 ? r.F : r.Prob;
-    }
-    case kCiMean: {
-      const tTestMeanResults s = one_sample(c);
-      return limit(c, [&](const double* p, double* l, double* u) {
-        return zomath_confidence_levels_for_mean(p, 1, &s, l, u);
-      });
-    }
-    case kCiVar: {
-      const tTestMeanResults s = one_sample(c);
-      return limit(c, [&](const double* p, double* l, double* u) {
-        return zomath_confidence_levels_for_variance(1, p, s.SD, s.DOF, l, u);
-      });
-    }
-    case kCiEqual:
-    case kCiWelch: {
-      const tTestMean2SampleResults s = two_sample(c);
-      return limit(c, [&](const double* p, double* l, double* u) {
-        return kind == kCiEqual ? zomath_two_sample_confidence_levels_for_mean_equal_var(p, 1, &s, l, u)
-                                : zomath_two_sample_confidence_levels_for_mean_unequal_var(p, 1, &s, l, u);
-      });
-    }
-    case kCiPair: {
-      const HypotTestOptions po{0, kPairedTestValue, TAILED_TEST_TWO};
-      const tTestMean2SampleResults s = paired(c, kPairedTestValue, TAILED_TEST_TWO);
-      return limit(c, [&](const double* p, double* l, double* u) {
-        return zomath_two_sample_confidence_levels_for_mean_pair(p, 1, &s, &po, l, u);
-      });
-    }
-    case kCiRatio: {
-      const tTestMean2SampleResults s = two_sample(c);
-      const double sds[2] = {s.SD1, s.SD2};
-      const int sizes[2] = {s.N1, s.N2};
-      return limit(c, [&](const double* p, double* l, double* u) {
-        return zomath_two_sample_confidence_levels_for_variance(1, p, sds, sizes, l, u);
-      });
-    }
-    case kKinds: break;
+// Fields 0, 1, 2 of a row of the table: statistic (or lower limit), probability (or upper
+// limit), degrees of freedom; `codes` adds up what the exports returned (all 0 expected).
+std::array<double, 3> compute(Kind kind, const std::vector<double>& x, const std::vector<double>& y,
+                              int tail, double q, int& codes) {
+  const HypotTestOptions o{0, q, tail}, plain{0, 0, 0}, paired{0, 0.25, 0};
+  const int nx = size(x), ny = size(y);
+  tTestMeanResults one;
+  tTestMean2SampleResults two, pair;
+  tTestResults w;
+  codes = zomath_one_sample_t_test(x.data(), nx, kind == kOne ? &o : &plain, &one);
+  if (ny > 0) {
+    codes += zomath_two_sample_t_test(x.data(), nx, y.data(), ny, kind <= kWelch ? &o : &plain,
+                                      &two, &w);
+    if (nx == ny)
+      codes += zomath_two_sample_t_test_pair(x.data(), nx, y.data(), ny,
+                                             kind == kPair ? &o : &paired, &pair);
   }
-  return NAN;
+  ChiSqTestResults chi;
+  ChiSq2SampleResults pooled;
+  FTestResults f;
+  double lo = NAN, hi = NAN;
+  switch (kind) {
+    case kOne:
+      return {one.tValue, one.Prob, double(one.DOF)};
+    case kEqual:
+      return {two.tValue, two.Prob, two.DOF};
+    case kWelch:
+      return {w.tValue, w.Prob, w.DOF};
+    case kPair:
+      return {pair.tValue, pair.Prob, pair.DOF};
+    case kChi:
+      codes += zomath_chi_square_test(nx, x.data(), &o, &chi);
+      return {chi.Chi, chi.Prob, chi.DOF};
+    case kChiPooled:
+      codes += zomath_two_sample_chi_square_test(&o, &two, &pooled);
+      return {pooled.Chi, pooled.Prob, double(pooled.DOF)};
+    case kF:
+      codes += zomath_f_test(nx, x.data(), ny, y.data(), &o, &f);
+      return {f.F, f.Prob, double(f.DOF1)};
+    case kCiMean:
+      codes += zomath_confidence_levels_for_mean(&q, 1, &one, &lo, &hi);
+      break;
+    case kCiVar:
+      codes += zomath_confidence_levels_for_variance(1, &q, one.SD, one.DOF, &lo, &hi);
+      break;
+    case kCiEqual:
+      codes += zomath_two_sample_confidence_levels_for_mean_equal_var(&q, 1, &two, &lo, &hi);
+      break;
+    case kCiWelch:
+      codes += zomath_two_sample_confidence_levels_for_mean_unequal_var(&q, 1, &two, &lo, &hi);
+      break;
+    case kCiPair:
+      codes += zomath_two_sample_confidence_levels_for_mean_pair(&q, 1, &pair, &paired, &lo, &hi);
+      break;
+    case kCiRatio: {
+      const double sds[2] = {two.SD1, two.SD2};
+      const int sizes[2] = {two.N1, two.N2};
+      codes += zomath_two_sample_confidence_levels_for_variance(1, &q, sds, sizes, &lo, &hi);
+      break;
+    }
+    case kKinds:
+      break;
+  }
+  return {lo, hi, NAN};
 }
 
 TEST(HypothesisTests, AgreeWithHighPrecisionReference) {
@@ -175,14 +140,31 @@ TEST(HypothesisTests, AgreeWithHighPrecisionReference) {
   for (const ReferenceRow& row : rows) {
     const auto kind = static_cast<Kind>(row.args[0]);
     const int s2 = static_cast<int>(row.args[2]);
-    const Case c{sets.at(static_cast<std::size_t>(row.args[1])),
-                 s2 < 0 ? none : sets.at(static_cast<std::size_t>(s2)), static_cast<int>(row.args[3]),
-                 row.args[4], static_cast<int>(row.args[5])};
-    stats[kind].add(row, compute(kind, c));
+    int codes = 0;
+    const auto values = compute(kind, sets.at(static_cast<std::size_t>(row.args[1])),
+                                s2 < 0 ? none : sets.at(static_cast<std::size_t>(s2)),
+                                static_cast<int>(row.args[3]), row.args[4], codes);
+    EXPECT_EQ(codes, 0) << kNames[kind];
+    stats[kind].add(row, values[static_cast<std::size_t>(row.args[5])]);
   }
   for (int k = 0; k < kKinds; ++k) {
     EXPECT_GT(stats[k].count(), 0) << kNames[k];
     EXPECT_LE(stats[k].worst(), kTolerance) << kNames[k] << ": " << stats[k].describe();
+  }
+}
+
+// The tests take their sample statistics by the summary engine's own route: the same numbers.
+TEST(HypothesisTests, SummariesAreTheSummaryEngines) {
+  for (const auto& x : samples()) {
+    const HypotTestOptions o{0, 0, 0};
+    tTestMeanResults r;
+    int n = 0;
+    double mean, sd, sem;
+    zomath_one_sample_t_test(x.data(), size(x), &o, &r);
+    zomath_basic_summary_stats(size(x), x.data(), &n, &mean, &sd, &sem, nullptr, nullptr, nullptr,
+                               nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                               nullptr, DS_SAS1_DF, nullptr);
+    EXPECT_TRUE(r.N == n && r.Mean == mean && r.SD == sd && r.SEM == sem) << x.size();
   }
 }
 
