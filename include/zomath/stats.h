@@ -344,9 +344,9 @@ ZOMATH_API int zomath_two_sample_t_test(const double* pData1, int nSize1, const 
  * dTestValue) sqrt(N1) / SD of the differences. At t = 0 the upper tail is P2 / 2 and the lower
  * 1 - P2 / 2 (both 1/2). One pair: DiffMean and the means, no test, return 0; differences all
  * equal: tValue, Prob NANUM, return 0. Returns 0; -156 a null pointer; -175 nSize1 != nSize2;
- * -165 no pair (the sizes below 1, or every pair missing); -151 TailType outside 0..2 or a
- * dTestValue not finite, checked when the probability is formed (the record is then reset: NANUM,
- * counts 0). */
+ * -165 no pair (the sizes below 1, or every pair missing); -166 no memory; -151 TailType outside
+ * 0..2 or a dTestValue not finite, checked when the probability is formed (the record is then
+ * reset: NANUM, counts 0). */
 ZOMATH_API int zomath_two_sample_t_test_pair(const double* pData1, int nSize1,
                                              const double* pData2, int nSize2,
                                              const HypotTestOptions* pOptions,
