@@ -1,0 +1,301 @@
+// The rules of the percentile exports that callers rely on: every code, missing values and NaN,
+// the ties that (p n) / 100 decides, symmetry and scale, the weighted rule against replicated
+// points, the options and percent list of zomath_quantiles, and the row forms against the
+// single-sample export row by row. Values here are exact; accuracy on general samples is the
+// business of percentile_reference_test.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include "stats_data.h"
+
+namespace {
+
+using namespace zomath::testing;
+constexpr double M = NANUM;
+
+std::vector<double> percentiles(const std::vector<double>& x, const std::vector<double>& p, int rule,
+                                const std::vector<double>& w = {}, int* rc = nullptr) {
+  std::vector<double> out(p.size(), 42.0);
+  const int code = zomath_percentiles(x.data(), int(x.size()), p.data(), int(p.size()), out.data(),
+                                      rule, w.empty() ? nullptr : w.data());
+  if (rc) *rc = code;
+  else EXPECT_EQ(code, 0);
+  return out;
+}
+
+QuantileOptions all_options(int rule) {
+  return {rule, true, true, true, true, true, true, true, true, true};
+}
+
+TEST(PercentileRules, Codes) {
+  const double x[] = {3, 1, 2}, p[] = {50}, w[] = {1, 2, 3};
+  const double badW[][3] = {{1, -0.5, 1}, {1, NAN, 1}, {1, INFINITY, 1}};
+  double out[1];
+  struct Case {
+    int line, code;
+    const double *data, *percents, *weights;
+    int size, count, rule;
+    double* out;
+  };
+  const Case cases[] = {
+      {__LINE__, 0, x, p, w, 3, 1, 2, out},
+      {__LINE__, -155, x, p, w, 0, 1, 2, out},
+      {__LINE__, -155, x, p, w, 3, 0, 2, out},
+      {__LINE__, -155, nullptr, nullptr, nullptr, -1, 1, 2, out},
+      {__LINE__, -156, nullptr, p, w, 3, 1, 2, out},
+      {__LINE__, -156, x, nullptr, w, 3, 1, 2, out},
+      {__LINE__, -156, x, p, w, 3, 1, 2, nullptr},
+      {__LINE__, -151, x, p, w, 3, 1, 6, out},
+      {__LINE__, -151, x, p, w, 3, 1, -1, out},
+      {__LINE__, -108, x, p, badW[0], 3, 1, 2, out},
+      {__LINE__, -108, x, p, badW[1], 3, 1, 2, out},
+      {__LINE__, -108, x, p, badW[2], 3, 1, 2, out},
+  };
+  for (const Case& c : cases) {
+    out[0] = 42;
+    EXPECT_EQ(zomath_percentiles(c.data, c.size, c.percents, c.count, c.out, c.rule, c.weights), c.code)
+        << "case on line " << c.line;
+    if (c.code != 0 && c.out && c.count > 0) {
+      EXPECT_EQ(out[0], M) << "case on line " << c.line;
+    }
+  }
+
+  // zomath_quantiles: an empty sample is no failure; the weights are checked before the
+  // pointers; no valid value fails only when the extremes are asked for.
+  const QuantileOptions o = all_options(INTERPOLATE_EDF), bad = all_options(7);
+  QuantileOptions middle{};
+  middle.bMedian = true;
+  const double missing[] = {M, NAN};
+  QuantileResults r;
+  double listed[2] = {42, 42};
+  EXPECT_EQ(zomath_quantiles(x, 0, &o, &r, p, 2, listed, nullptr), 0);
+  EXPECT_TRUE(r.Min == M && r.iMin == -1 && r.IQR == M && r.iMax == -1 && listed[1] == M);
+  EXPECT_EQ(zomath_quantiles(x, -1, &o, &r, nullptr, 0, nullptr, nullptr), -155);
+  EXPECT_EQ(zomath_quantiles(nullptr, 3, &o, &r, nullptr, 0, nullptr, badW[0]), -108);
+  EXPECT_EQ(zomath_quantiles(nullptr, 3, &o, &r, nullptr, 0, nullptr, nullptr), -156);
+  EXPECT_EQ(zomath_quantiles(x, 3, nullptr, &r, nullptr, 0, nullptr, nullptr), -156);
+  EXPECT_EQ(zomath_quantiles(x, 3, &o, nullptr, nullptr, 0, nullptr, nullptr), -156);
+  EXPECT_EQ(zomath_quantiles(x, 3, &bad, &r, nullptr, 0, nullptr, nullptr), -151);
+  EXPECT_EQ(zomath_quantiles(missing, 2, &o, &r, nullptr, 0, nullptr, nullptr), -158);
+  EXPECT_EQ(zomath_quantiles(missing, 2, &middle, &r, nullptr, 0, nullptr, nullptr), 0);
+  EXPECT_EQ(r.Median, M);
+
+  double a[2], b[2];
+  int ia[2];
+  EXPECT_EQ(zomath_row_quantiles(1, 3, nullptr, a, b, a, a, a, 0), -11);
+  EXPECT_EQ(zomath_row_quantiles(0, 3, x, a, b, a, a, a, 0), -3);
+  EXPECT_EQ(zomath_row_quantiles(1, 0, x, a, b, a, a, a, 0), -3);
+  EXPECT_EQ(zomath_row_quantiles(1, 3, x, a, b, a, a, a, 6), -151);
+  EXPECT_EQ(zomath_row_quantiles_ex(1, 3, nullptr, a, b, a, a, a, ia, ia, a, a, p, 1, a, 0), -11);
+  EXPECT_EQ(zomath_row_quantiles_ex(1, 0, x, a, b, a, a, a, ia, ia, a, a, p, 1, a, 0), -3);
+  EXPECT_EQ(zomath_row_quantiles_ex(1, 3, x, a, b, a, a, a, ia, ia, a, a, nullptr, 1, a, 0), -37);
+  EXPECT_EQ(zomath_row_quantiles_ex(1, 3, x, a, b, a, a, a, ia, ia, a, a, p, 0, a, 0), -37);
+  EXPECT_EQ(zomath_row_quantiles_ex(1, 3, x, a, b, a, a, a, ia, ia, a, a, p, 1, a, 9), -151);
+  EXPECT_EQ(zomath_row_quantiles_ex(1, 3, x, a, b, a, a, a, ia, ia, a, a, p, 1, nullptr, 0), 0);
+
+  const double cx[] = {0, 1, 2}, cy[] = {1, 1, 1}, falling[] = {0, 2, 1}, negative[] = {1, -1, 1};
+  const double nanY[] = {1, M, 1}, f[] = {0.5};
+  int index[1];
+  EXPECT_EQ(zomath_percentiles_distribution(3, nullptr, cy, f, 1, a, index), -156);
+  EXPECT_EQ(zomath_percentiles_distribution(3, cx, cy, nullptr, 1, a, index), -156);
+  EXPECT_EQ(zomath_percentiles_distribution(2, cx, cy, f, 1, a, index), -110);
+  EXPECT_EQ(zomath_percentiles_distribution(3, cx, cy, f, 0, a, index), -155);
+  EXPECT_EQ(zomath_percentiles_distribution(3, falling, cy, f, 1, a, index), -220);
+  EXPECT_EQ(zomath_percentiles_distribution(3, cx, negative, f, 1, a, index), -220);
+  EXPECT_EQ(zomath_percentiles_distribution(3, cx, nanY, f, 1, a, index), -220);
+  EXPECT_TRUE(a[0] == M && index[0] == -1);
+  EXPECT_EQ(zomath_percentiles_distribution(3, cx, cy, f, 1, nullptr, nullptr), 0);
+}
+
+// NANUM and NaN values, NANUM weights, and percents out of range or NaN: the valid points give
+// the same percentiles as a clean copy of them, each bad percent leaves NANUM alone.
+TEST(PercentileRules, MissingValuesAndBadPercents) {
+  const std::vector<double> clean = {4, 1, 7, 7, 2, 9, 3}, cleanW = {1, 2, 1, 3, 1, 2, 4};
+  const std::vector<double> x = {M, 4, 1, NAN, 7, 5, 7, 2, M, 9, 3};
+  const std::vector<double> w = {1, 1, 2, 1, 1, M, 3, 1, 2, 2, 4};
+  const std::vector<double> ones = {1, 1, 1, 1, 1, M, 1, 1, 1, 1, 1};  // unweighted, 5 missing
+  const std::vector<double> p = {0, 12.5, 50, 62.5, 100, -1, 101, NAN, M};
+  for (int rule = 0; rule <= 5; ++rule) {
+    const auto want = percentiles(clean, p, rule);
+    const auto wantW = percentiles(clean, p, rule, cleanW);
+    const auto got = percentiles(x, p, rule, ones);
+    const auto gotW = percentiles(x, p, rule, w);
+    for (std::size_t i = 0; i < p.size(); ++i) {
+      EXPECT_EQ(got[i], want[i]) << "definition " << rule << ", percent " << p[i];
+      EXPECT_EQ(gotW[i], wantW[i]) << "weighted, percent " << p[i];
+      if (i >= 5) {
+        EXPECT_TRUE(got[i] == M && gotW[i] == M) << "percent " << p[i];
+      }
+    }
+    EXPECT_EQ(want[0], 1) << rule;  // the extremes under every definition, none included
+    EXPECT_EQ(want[4], 9) << rule;
+  }
+  const auto none = percentiles({M, NAN, M}, {0, 50}, 2);
+  EXPECT_TRUE(none[0] == M && none[1] == M);
+}
+
+// q = (p n) / 100 decides the ties: 10 % and 70 % of 30 points are whole, though neither 0.1
+// nor 0.7 is a double (a q formed as (p / 100) n misses both ties). And the tie rules
+// themselves: the even-numbered observation at g = 0.5, (n + 1) p / 100 for definition 3.
+TEST(PercentileRules, TiesOfTheQuotient) {
+  std::vector<double> x(30);
+  for (int i = 0; i < 30; ++i) x[i] = 30.0 - i;  // x(i) = i once sorted
+  const struct {
+    int rule;
+    double p, want;
+  } cases[] = {
+      {INTERPOLATE_EDF, 10, 3},      {INTERPOLATE_EDF_AVER, 10, 3.5},
+      {INTERPOLATE_EDF, 70, 21},     {INTERPOLATE_EDF_AVER, 70, 21.5},
+      {INTERPOLATE_EDF_AVER, 11, 4}, {INTERPOLATE_WEIGHT_AVER_LEFT, 70, 21},
+      {INTERPOLATE_NEAREST_NEIGHBOR, 5, 2},   // q = 1.5, k odd: x(2)
+      {INTERPOLATE_NEAREST_NEIGHBOR, 25, 8},  // q = 7.5, k odd: x(8)
+      {INTERPOLATE_NEAREST_NEIGHBOR, 15, 4},  // q = 4.5, k even: x(4)
+      {INTERPOLATE_NEAREST_NEIGHBOR, 15.1, 5},
+      {INTERPOLATE_WEIGHT_AVER_RIGHT, 50, 15.5}, {INTERPOLATE_WEIGHT_AVER_RIGHT, 100, 30},
+      {INTERPOLATE_WEIGHT_AVER_RIGHT, 1, 1},  {INTERPOLATE_NONE, 50, M},
+      {INTERPOLATE_NONE, 3, 1},                // k = 0
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(percentiles(x, {c.p}, c.rule)[0], c.want) << "definition " << c.rule << ", " << c.p << " %";
+}
+
+// The symmetric definitions (0 and 3) mirror: the p-th percentile of -x is minus the
+// (100 - p)-th of x. Scaling by 2^1020 or 2^-900 scales every percentile exactly, with no
+// overflow in the means and interpolations near the largest double.
+TEST(PercentileRules, SymmetryAndScale) {
+  std::mt19937_64 rng(7);
+  std::normal_distribution<double> normal(0, 1);
+  std::vector<double> x(23), neg(23), up(23), down(23), p, q;
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    x[i] = std::round(normal(rng) * 8) / 8;  // ties
+    neg[i] = -x[i];
+    up[i] = std::ldexp(x[i], 1020);
+    down[i] = std::ldexp(x[i], -900);
+  }
+  for (double v = 0; v <= 100; v += 2.5) {
+    p.push_back(v);
+    q.push_back(100 - v);
+  }
+  for (int rule = 0; rule <= 4; ++rule) {
+    const auto base = percentiles(x, p, rule), mirrored = percentiles(neg, q, rule);
+    const auto big = percentiles(up, p, rule), small = percentiles(down, p, rule);
+    for (std::size_t i = 0; i < p.size(); ++i) {
+      if (rule == INTERPOLATE_EDF_AVER || rule == INTERPOLATE_WEIGHT_AVER_RIGHT) {
+        EXPECT_EQ(mirrored[i], -base[i]) << "definition " << rule << ", " << p[i] << " %";
+      }
+      EXPECT_EQ(big[i], std::ldexp(base[i], 1020)) << "definition " << rule << ", " << p[i] << " %";
+      EXPECT_EQ(small[i], std::ldexp(base[i], -900)) << "definition " << rule << ", " << p[i] << " %";
+    }
+  }
+}
+
+// Whole weights act as that many copies of each point: the weighted rule is then definition 0
+// on the replicated sample, at every percent.
+TEST(PercentileRules, WholeWeightsReplicatePoints) {
+  std::mt19937_64 rng(11);
+  std::uniform_int_distribution<int> value(0, 12), weight(1, 4);
+  for (int trial = 0; trial < 20; ++trial) {
+    std::vector<double> x, w, copies, p;
+    for (int i = 0; i < 3 + trial; ++i) {
+      x.push_back(value(rng));
+      w.push_back(weight(rng));
+    }
+    w[0] = w[1] + 1;  // weights never all equal
+    for (std::size_t i = 0; i < x.size(); ++i) copies.insert(copies.end(), int(w[i]), x[i]);
+    const double total = double(copies.size());
+    for (int j = 0; j <= 4 * int(total); ++j) p.push_back(100.0 * j / (4 * total));
+    const auto weighted = percentiles(x, p, INTERPOLATE_NONE, w);
+    const auto replicated = percentiles(copies, p, INTERPOLATE_EDF_AVER);
+    for (std::size_t i = 0; i < p.size(); ++i)
+      EXPECT_EQ(weighted[i], replicated[i]) << "trial " << trial << ", " << p[i] << " %";
+  }
+}
+
+// zomath_quantiles builds its list as 25, 50, 75 and the caller's, and takes Q1, Median and Q3
+// from its head. Hinges stand in for them under INTERPOLATE_NONE only while no weight differs
+// from 1; equal weights of 2 leave the definition, which has no value there.
+TEST(PercentileRules, QuantileOptionsAndList) {
+  const std::vector<double> x = {M, 10, 2, 4, 8, 6, 9, 1, 3, 7, 5};  // 1..10, NANUM first
+  std::vector<double> p = {90, 10};
+  QuantileOptions o{};
+  o.nInterpolate = INTERPOLATE_WEIGHT_AVER_LEFT;
+  o.bIQR = o.bIMin = o.bMax = true;
+  QuantileResults r;
+  ASSERT_EQ(zomath_quantiles(x.data(), 11, &o, &r, p.data(), 2, p.data(), nullptr), 0);  // in place
+  EXPECT_TRUE(r.Q1 == M && r.Median == M && r.Q3 == M && r.Min == M && r.iMax == -1);
+  EXPECT_EQ(r.IQR, 7.5 - 2.5);
+  EXPECT_EQ(r.iMin, 7);
+  EXPECT_EQ(r.Max, 10);
+  EXPECT_TRUE(p[0] == 9 && p[1] == 1);
+
+  const QuantileOptions nothing{};
+  r.Q1 = 42;
+  EXPECT_EQ(zomath_quantiles(x.data(), 11, &nothing, &r, nullptr, 0, nullptr, nullptr), 0);
+  EXPECT_TRUE(r.Q1 == M && r.iMin == -1);
+
+  const QuantileOptions hinges = all_options(INTERPOLATE_NONE);
+  const struct {
+    std::vector<double> w;
+    double q1, median, q3;
+  } cases[] = {
+      {{}, 3, 5.5, 8},
+      {std::vector<double>(11, 1.0), 3, 5.5, 8},
+      {std::vector<double>(11, 2.0), M, M, M},
+      {{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 3}, 3.5, 5, 7.5},  // weighted: the search, two hits
+  };
+  for (const auto& c : cases) {
+    ASSERT_EQ(zomath_quantiles(x.data(), 11, &hinges, &r, nullptr, 0, nullptr,
+                               c.w.empty() ? nullptr : c.w.data()), 0);
+    EXPECT_EQ(r.Q1, c.q1) << c.w.size();
+    EXPECT_EQ(r.Median, c.median) << c.w.size();
+    EXPECT_EQ(r.Q3, c.q3) << c.w.size();
+  }
+}
+
+// The row forms give, row by row, what zomath_quantiles gives for that row, positions counting
+// columns; zomath_row_quantiles alone takes Tukey's hinges for a row of five or more valid
+// values whatever the definition. Rows: empty, 1 to 4 valid values among NANUM and NaN, 5, 9.
+TEST(PercentileRules, RowFormsAgreeWithTheSampleExport) {
+  constexpr int kRows = 7, kCols = 9;
+  const double rows[kRows][kCols] = {
+      {M, M, M, M, M, M, M, M, M},  {M, 4, M, M, M, M, M, M, M},
+      {3, M, 1, M, M, NAN, M, M, M}, {2, 9, M, 4, M, M, M, M, M},
+      {M, 5, 1, M, 7, 3, M, M, M},  {8, 6, M, 7, 5, 9, M, M, 2},
+      {4, 8, 1, 9, 2, 9, 5, 7, 3}};
+  const std::vector<double> p = {10, 90, 50};
+  for (int rule = 0; rule <= 5; ++rule) {
+    double mn[kRows], mx[kRows], q1[kRows], med[kRows], q3[kRows], iqr[kRows], range[kRows];
+    double pct[kRows][3], hmn[kRows], hmx[kRows], hq1[kRows], hmed[kRows], hq3[kRows];
+    int imn[kRows], imx[kRows];
+    ASSERT_EQ(zomath_row_quantiles_ex(kRows, kCols, &rows[0][0], mn, mx, q1, med, q3, imn, imx, iqr,
+                                      range, p.data(), 3, &pct[0][0], rule), 0);
+    ASSERT_EQ(zomath_row_quantiles(kRows, kCols, &rows[0][0], hmn, hmx, hq1, hmed, hq3, rule), 0);
+    for (int i = 0; i < kRows; ++i) {
+      const QuantileOptions all = all_options(rule);
+      QuantileResults r, h;
+      double want[3];
+      const int code = zomath_quantiles(rows[i], kCols, &all, &r, p.data(), 3, want, nullptr);
+      if (i == 0) {  // wholly missing
+        EXPECT_EQ(code, -158);
+        EXPECT_TRUE(mn[i] == M && q1[i] == M && iqr[i] == M && pct[i][2] == M && hmed[i] == M);
+        EXPECT_TRUE(imn[i] == 0 && imx[i] == 0);
+        continue;
+      }
+      ASSERT_EQ(code, 0);
+      const double got[] = {mn[i], mx[i], q1[i], med[i], q3[i], iqr[i], range[i], pct[i][0], pct[i][1], pct[i][2]};
+      const double ref[] = {r.Min, r.Max, r.Q1, r.Median, r.Q3, r.IQR, r.Range, want[0], want[1], want[2]};
+      for (int k = 0; k < 10; ++k) EXPECT_EQ(got[k], ref[k]) << "row " << i << ", definition " << rule << ", output " << k;
+      EXPECT_TRUE(imn[i] == r.iMin && imx[i] == r.iMax) << "row " << i;
+      const QuantileOptions tukey = all_options(i >= 5 ? INTERPOLATE_NONE : rule);
+      ASSERT_EQ(zomath_quantiles(rows[i], kCols, &tukey, &h, nullptr, 0, nullptr, nullptr), 0);
+      const double short_[] = {hmn[i], hmx[i], hq1[i], hmed[i], hq3[i]};
+      const double hinge[] = {h.Min, h.Max, h.Q1, h.Median, h.Q3};
+      for (int k = 0; k < 5; ++k) EXPECT_EQ(short_[k], hinge[k]) << "row " << i << ", definition " << rule << ", output " << k;
+    }
+  }
+}
+
+}  // namespace
