@@ -36,15 +36,20 @@ void five_numbers_by_depth(const double* x, std::size_t n, double out[5]);
 // Code of the weights check: a weight below 0, infinite or NaN (NANUM marks a missing point).
 int check_weights(const double* w, int n);
 
-// The valid points of a sample, sorted once for every percentile of a call. A point is valid
+// The valid points of a sample, ordered once for every percentile of a call. A point is valid
 // when neither its value nor its weight is NANUM and its value is not NaN (which has no place
 // in an order). The sample counts as weighted when the valid weights are not all equal.
 class SortedSample {
 public:
-  // Throws ZOMATH_ERROR when working storage can't be had. Weights below 0 count as 0.
-  SortedSample(const double* x, std::size_t n, const double* w);
+  // Without percents and hinges the values are sorted. Given the percents and the rule that
+  // percentile() will be asked for, and whether five_numbers() will read values(), an
+  // unweighted sample of few such ranks holds at each of them the value a full sort puts
+  // there, found by selection; reading any other rank is then wrong. Weights below 0 count as
+  // 0. Throws ZOMATH_ERROR when working storage can't be had.
+  SortedSample(const double* x, std::size_t n, const double* w, const double* percents = nullptr,
+               std::size_t nPercents = 0, int rule = 0, bool hinges = false);
 
-  std::size_t size() const { return static_cast<std::size_t>(values_.size()); }
+  std::size_t size() const { return size_; }
   const double* values() const { return values_.Data(); }
   bool weighted() const { return weighted_; }
   // The smallest and largest valid weight; both 1 without weights or valid points.
@@ -55,7 +60,10 @@ public:
   double percentile(double percent, int rule) const;
 
 private:
-  NRVec<double> values_;
+  void sort_pairs(const double* x, std::size_t n, const double* w, std::size_t count);
+
+  NRVec<double> values_;  // size_ valid values, then room that is not read
+  std::size_t size_ = 0;
   std::unique_ptr<long double[]> cumulative_;  // running weight sums, only when weighted
   bool weighted_ = false;
   double minWeight_ = 1.0, maxWeight_ = 1.0;

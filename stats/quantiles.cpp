@@ -57,7 +57,8 @@ int quantiles(const double* x, int n, const QuantileOptions& o, QuantileResults&
   list.insert(list.end(), callers.begin(), callers.end());
   if (list.empty()) return ZOMATH_OK;
 
-  const SortedSample sample(x, static_cast<std::size_t>(n), w);
+  const SortedSample sample(x, static_cast<std::size_t>(n), w, list.data(), list.size(),
+                            o.nInterpolate, o.nInterpolate == INTERPOLATE_NONE);
   // Tukey's hinges in place of the percentiles 25, 50, 75 when no definition applies and no
   // weight differs from 1.
   const bool hinges = o.nInterpolate == INTERPOLATE_NONE && sample.min_weight() == 1.0 &&

@@ -5,10 +5,12 @@
 // business of percentile_reference_test.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <vector>
 
+#include "stats/percentiles.h"
 #include "stats_data.h"
 
 namespace {
@@ -137,26 +139,28 @@ TEST(PercentileRules, MissingValuesAndBadPercents) {
   EXPECT_TRUE(none[0] == M && none[1] == M);
 }
 
-// q = (p n) / 100 decides the ties: 10 % and 70 % of 30 points are whole, though neither 0.1
-// nor 0.7 is a double (a q formed as (p / 100) n misses both ties). And the tie rules
-// themselves: the even-numbered observation at g = 0.5, (n + 1) p / 100 for definition 3.
+// q = (p n) / 100 decides the ties: 7 %, 57 % and 57.5 % of 100 points are whole or a half,
+// though a q formed as (p / 100) n misses all three (7.000000000000001, 56.99999999999999,
+// 57.49999999999999). And the tie rules themselves: the even-numbered observation at g = 0.5,
+// (n + 1) p / 100 for definition 3, the ends for every definition.
 TEST(PercentileRules, TiesOfTheQuotient) {
-  std::vector<double> x(30);
-  for (int i = 0; i < 30; ++i) x[i] = 30.0 - i;  // x(i) = i once sorted
+  std::vector<double> x(100);
+  for (int i = 0; i < 100; ++i) x[i] = 100.0 - i;  // x(i) = i once sorted
   const struct {
     int rule;
     double p, want;
   } cases[] = {
-      {INTERPOLATE_EDF, 10, 3},      {INTERPOLATE_EDF_AVER, 10, 3.5},
-      {INTERPOLATE_EDF, 70, 21},     {INTERPOLATE_EDF_AVER, 70, 21.5},
-      {INTERPOLATE_EDF_AVER, 11, 4}, {INTERPOLATE_WEIGHT_AVER_LEFT, 70, 21},
-      {INTERPOLATE_NEAREST_NEIGHBOR, 5, 2},   // q = 1.5, k odd: x(2)
-      {INTERPOLATE_NEAREST_NEIGHBOR, 25, 8},  // q = 7.5, k odd: x(8)
-      {INTERPOLATE_NEAREST_NEIGHBOR, 15, 4},  // q = 4.5, k even: x(4)
-      {INTERPOLATE_NEAREST_NEIGHBOR, 15.1, 5},
-      {INTERPOLATE_WEIGHT_AVER_RIGHT, 50, 15.5}, {INTERPOLATE_WEIGHT_AVER_RIGHT, 100, 30},
-      {INTERPOLATE_WEIGHT_AVER_RIGHT, 1, 1},  {INTERPOLATE_NONE, 50, M},
-      {INTERPOLATE_NONE, 3, 1},                // k = 0
+      {INTERPOLATE_EDF, 7, 7},       {INTERPOLATE_EDF_AVER, 7, 7.5},
+      {INTERPOLATE_EDF_AVER, 57, 57.5}, {INTERPOLATE_WEIGHT_AVER_LEFT, 57, 57},
+      {INTERPOLATE_EDF_AVER, 7.01, 8},
+      {INTERPOLATE_NEAREST_NEIGHBOR, 57.5, 58},  // q = 57.5, k odd: x(58)
+      {INTERPOLATE_NEAREST_NEIGHBOR, 1.5, 2},    // k odd: x(2)
+      {INTERPOLATE_NEAREST_NEIGHBOR, 14.5, 14},  // k even: x(14)
+      {INTERPOLATE_NEAREST_NEIGHBOR, 14.51, 15},
+      {INTERPOLATE_WEIGHT_AVER_RIGHT, 50, 50.5}, {INTERPOLATE_WEIGHT_AVER_RIGHT, 100, 100},
+      {INTERPOLATE_WEIGHT_AVER_RIGHT, 0.5, 1},   {INTERPOLATE_NONE, 50, M},
+      {INTERPOLATE_NONE, 0.9, 1},                // k = 0
+      {INTERPOLATE_NONE, 100, 100},
   };
   for (const auto& c : cases)
     EXPECT_EQ(percentiles(x, {c.p}, c.rule)[0], c.want) << "definition " << c.rule << ", " << c.p << " %";
@@ -295,6 +299,42 @@ TEST(PercentileRules, RowFormsAgreeWithTheSampleExport) {
       const double hinge[] = {h.Min, h.Max, h.Q1, h.Median, h.Q3};
       for (int k = 0; k < 5; ++k) EXPECT_EQ(short_[k], hinge[k]) << "row " << i << ", definition " << rule << ", output " << k;
     }
+  }
+}
+
+// A few percents of a large sample are found by selection, many by a full sort: both must give
+// the same numbers, on ties, missing values, signed zeros, ordered and constant input; and
+// Tukey's numbers by selection those of the sorted sample.
+TEST(PercentileRules, SelectionMatchesTheFullSort) {
+  constexpr int n = 300000;  // enough for selection to be chosen
+  std::mt19937_64 rng(5);
+  std::uniform_int_distribution<int> value(-500, 500);
+  std::vector<std::vector<double>> inputs(3, std::vector<double>(n));
+  for (int i = 0; i < n; ++i) {
+    const int v = value(rng);
+    inputs[0][i] = i % 97 == 3 ? M : i % 101 == 5 ? NAN : v == 0 && i % 2 ? -0.0 : v;
+    inputs[1][i] = i / 7;  // ascending, in runs
+    inputs[2][i] = 2.5;
+  }
+  std::vector<double> many;
+  for (int i = 0; i <= 200; ++i) many.push_back(i / 2.0);
+  const std::vector<double> few = {1.5, 50, 99.5};  // in `many` at 3, 100, 199
+  for (const auto& x : inputs) {
+    for (int rule = 0; rule <= 5; ++rule) {
+      const auto all = percentiles(x, many, rule), some = percentiles(x, few, rule);
+      EXPECT_TRUE(some[0] == all[3] && some[1] == all[100] && some[2] == all[199]) << "definition " << rule;
+    }
+    std::vector<double> sorted;
+    for (double v : x)
+      if (v == v && v != M) sorted.push_back(v);
+    std::sort(sorted.begin(), sorted.end());
+    double five[5];
+    zomath::stats::five_numbers_by_depth(sorted.data(), sorted.size(), five);
+    const QuantileOptions hinges = all_options(INTERPOLATE_NONE);
+    QuantileResults r;
+    ASSERT_EQ(zomath_quantiles(x.data(), n, &hinges, &r, nullptr, 0, nullptr, nullptr), 0);
+    EXPECT_TRUE(r.Min == five[0] && r.Q1 == five[1] && r.Median == five[2] && r.Q3 == five[3] &&
+                r.Max == five[4]);
   }
 }
 
