@@ -336,6 +336,24 @@ def row_interpolate_smoothing(lib, n, rng):
                agree)
 
 
+def row_percentiles(lib, n, rng, m=101):
+    x = 100 + 15 * rng.standard_normal(n)
+    p = np.linspace(0.0, 100.0, m) if m > 3 else np.array([25.0, 50.0, 75.0])
+    out = np.empty(m)
+
+    def run():
+        lib.zomath_percentiles(ptr(x), n, ptr(p), m, ptr(out), 4, None)  # interpolated
+        return out.copy()
+
+    return Row("zomath_percentiles", "%d, %d percents" % (n, m), run,
+               lambda: np.percentile(x, p, method="interpolated_inverted_cdf"),
+               "percentile", lambda a, b: rel_close(a, b, 1e-15))
+
+
+def row_quartiles(lib, n, rng):
+    return row_percentiles(lib, n, rng, 3)
+
+
 ROWS = [
     (row_d_sum, 10_000_000),
     (row_f_sum, 10_000_000),
@@ -352,6 +370,8 @@ ROWS = [
     (row_interpolate_linear, 1_000_000),
     (row_interpolate_spline, 1_000_000),
     (row_interpolate_smoothing, 10_000),
+    (row_percentiles, 10_000_000),
+    (row_quartiles, 10_000_000),
 ]
 
 
@@ -371,6 +391,7 @@ def declare(lib):
         "zomath_basic_summary_stats": (I, [I, dp, ip] + [dp] * 11 + [ip, dp, dp, I, dp]),
         "zomath_integrate": (I, [I, dp, dp, dp, dp]),
         "zomath_interpolate": (I, [dp, dp, U, dp, dp, U, I, D, dp, dp, U, I]),
+        "zomath_percentiles": (I, [dp, I, dp, I, dp, I, dp]),
     }
     for name, (res, args) in sig.items():
         f = getattr(lib, name)

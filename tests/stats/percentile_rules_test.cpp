@@ -302,19 +302,21 @@ TEST(PercentileRules, RowFormsAgreeWithTheSampleExport) {
   }
 }
 
-// A few percents of a large sample are found by selection, many by a full sort: both must give
-// the same numbers, on ties, missing values, signed zeros, ordered and constant input; and
-// Tukey's numbers by selection those of the sorted sample.
+// A few percents of a large sample are found by selection (from a sample of the points, or in
+// a copy when too few of them are valid), many by a full sort: both must give the same numbers,
+// on ties, missing values, signed zeros, ordered and constant input, and a sample 97 % missing;
+// and Tukey's numbers by selection those of the sorted sample.
 TEST(PercentileRules, SelectionMatchesTheFullSort) {
   constexpr int n = 300000;  // enough for selection to be chosen
   std::mt19937_64 rng(5);
   std::uniform_int_distribution<int> value(-500, 500);
-  std::vector<std::vector<double>> inputs(3, std::vector<double>(n));
+  std::vector<std::vector<double>> inputs(4, std::vector<double>(n));
   for (int i = 0; i < n; ++i) {
     const int v = value(rng);
     inputs[0][i] = i % 97 == 3 ? M : i % 101 == 5 ? NAN : v == 0 && i % 2 ? -0.0 : v;
     inputs[1][i] = i / 7;  // ascending, in runs
     inputs[2][i] = 2.5;
+    inputs[3][i] = i % 31 ? M : v;
   }
   std::vector<double> many;
   for (int i = 0; i <= 200; ++i) many.push_back(i / 2.0);
