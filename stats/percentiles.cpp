@@ -38,10 +38,6 @@ std::unique_ptr<T[]> block(std::size_t n) {
   return p;
 }
 
-}  // namespace
-
-namespace {
-
 // Where a percent falls among n >= 1 sorted values: k = 0 reads x(1), k >= n reads x(n), any
 // other k reads x(k) and x(k + 1) with the fraction g. q = (p n) / 100 in this order, in long
 // double: p n is exact for any n below 2^11, and the ties g = 0 and g = 0.5 are those of the
@@ -118,8 +114,8 @@ double percentile_of_sorted(const double* x, std::size_t n, double percent, int 
 double weighted_percentile_of_sorted(const double* x, const long double* c, std::size_t n,
                                      double percent) {
   if (n == 0 || !in_percent_range(percent)) return NANUM;
-  // c[n - 1] p is exact for p <= 100, so T never exceeds c[n - 1].
-  const long double t = c[n - 1] * percent / 100;
+  // T = C(n) p / 100; at 100 % exactly C(n), which the rounding of the product might miss.
+  const long double t = percent == 100 ? c[n - 1] : c[n - 1] * percent / 100;
   std::size_t lo = 0, hi = n;
   // hi < n only where t < c[hi], so every step either answers or narrows [lo, hi); the bound
   // on the steps only guards against sums that are not ordered.
@@ -155,9 +151,9 @@ void five_numbers_by_depth(const double* x, std::size_t n, double out[5]) {
 }
 
 void five_numbers(const double* x, std::size_t n, double out[5]) {
-  if (n < 5) return five_numbers_by_depth(x, n, out);
   platform::NagError err;
-  platform::five_number_summary(x, n, out, err);
+  if (n < 5) five_numbers_by_depth(x, n, out);
+  else platform::five_number_summary(x, n, out, err);
 }
 
 int check_weights(const double* w, int n) {
@@ -348,7 +344,7 @@ SortedSample::SortedSample(const double* x, std::size_t n, const double* w, cons
     return;
   }
   // Few ranks to read (counted as if every point were valid) are found by selection.
-  const bool few = (nPercents > 0 || hinges) && n >= 5 &&
+  const bool few = (nPercents > 0 || hinges) && nPercents <= kMaxBrackets && n >= 5 &&
                    selection_pays(n, ranks_wanted(n, percents, nPercents, rule, hinges).size());
   if (!few && weightMissing == 0) {
     kernels::sorted_values(x, n, values_);

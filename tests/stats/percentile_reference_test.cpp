@@ -81,8 +81,7 @@ TEST(PercentileReference, EveryDefinition) {
 }
 
 // Tukey's hinges of 1 to 20 points: the depth rule (used below 5 points) and the platform
-// routine (5 and more) must each give them for every n, and zomath_quantiles and
-// zomath_row_quantiles report them. Each is a value of the sample or the mean of two, rounded
+// routine (5 and more) must each give them for every n, and zomath_quantiles report them. Each is a value of the sample or the mean of two, rounded
 // once, like the reference: they must be equal.
 TEST(PercentileReference, FiveNumberSummaryOfOneToTwentyPoints) {
   const auto table = rows_of_kind(1);
@@ -110,15 +109,10 @@ TEST(PercentileReference, FiveNumberSummaryOfOneToTwentyPoints) {
     EXPECT_EQ(s.x[q.iMin], q.Min) << n;
     EXPECT_EQ(s.x[q.iMax], q.Max) << n;
 
-    // The row form never interpolates from five points on, whatever the definition.
-    double row[5];
-    ASSERT_EQ(zomath_row_quantiles(1, n, s.x.data(), &row[0], &row[4], &row[1], &row[2], &row[3],
-                                   n >= 5 ? INTERPOLATE_WEIGHT_AVER_LEFT : INTERPOLATE_NONE), 0);
     for (int i = 0; i < 5; ++i) {
       EXPECT_EQ(byDepth[i], want[i]) << "depth rule, n " << n << ", number " << i;
       EXPECT_EQ(byPlatform[i], want[i]) << "platform routine, n " << n << ", number " << i;
       EXPECT_EQ(reported[i], want[i]) << "zomath_quantiles, n " << n << ", number " << i;
-      EXPECT_EQ(row[i], want[i]) << "zomath_row_quantiles, n " << n << ", number " << i;
     }
   }
 }
