@@ -360,6 +360,24 @@ def row_interpolate_smoothing(lib, n, rng):
                agree)
 
 
+def row_percentiles(lib, n, rng, m=101):
+    x = 100 + 15 * rng.standard_normal(n)
+    p = np.linspace(0.0, 100.0, m) if m > 3 else np.array([25.0, 50.0, 75.0])
+    out = np.empty(m)
+
+    def run():
+        lib.zomath_percentiles(ptr(x), n, ptr(p), m, ptr(out), 4, None)  # interpolated
+        return out.copy()
+
+    return Row("zomath_percentiles", "%d, %d percents" % (n, m), run,
+               lambda: np.percentile(x, p, method="interpolated_inverted_cdf"),
+               "percentile", lambda a, b: rel_close(a, b, 1e-15))
+
+
+def row_quartiles(lib, n, rng):
+    return row_percentiles(lib, n, rng, 3)
+
+
 class HypotTestOptions(C.Structure):
     _fields_ = [("dReserved", C.c_double), ("dTestValue", C.c_double), ("TailType", C.c_int)]
 
@@ -448,6 +466,8 @@ ROWS = [
     (row_interpolate_linear, 1_000_000),
     (row_interpolate_spline, 1_000_000),
     (row_interpolate_smoothing, 10_000),
+    (row_percentiles, 10_000_000),
+    (row_quartiles, 10_000_000),
     (row_multiple_regression, (100_000, 10)),
     (row_multiple_regression, (1_000_000, 3)),
     (row_one_sample_t_test, 10_000_000),
@@ -472,6 +492,7 @@ def declare(lib):
         "zomath_basic_summary_stats": (I, [I, dp, ip] + [dp] * 11 + [ip, dp, dp, I, dp]),
         "zomath_integrate": (I, [I, dp, dp, dp, dp]),
         "zomath_interpolate": (I, [dp, dp, U, dp, dp, U, I, D, dp, dp, U, I]),
+        "zomath_percentiles": (I, [dp, I, dp, I, dp, I, dp]),
         "zomath_multiple_linear_regression": (I, [dp, U, U, dp, dp, U, C.c_void_p, C.c_void_p, U,
                                                   C.c_void_p, C.c_void_p, dp, dp, U, U, dp, dp]),
         "zomath_one_sample_t_test": (I, [dp, I, C.c_void_p, C.c_void_p]),

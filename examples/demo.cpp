@@ -118,6 +118,12 @@ void summary_table(const std::vector<double>& values) {
     return;
   RangeResults range;
   zomath_range(values.data(), static_cast<int>(values.size()), &range);
+  // Quartiles interpolated at (n + 1) p / 100 (percentiles 25, 50, 75), NANUM left out.
+  QuantileOptions quartileOptions = {INTERPOLATE_WEIGHT_AVER_RIGHT, false, false, true, true, true,
+                                     false, false, true, false};
+  QuantileResults quartiles;
+  zomath_quantiles(values.data(), static_cast<int>(values.size()), &quartileOptions, &quartiles,
+                   nullptr, 0, nullptr, nullptr);
   std::printf("\nSummary statistics of the temperatures (denominator n - 1, 95%% limits):\n");
   const struct {
     const char* name;
@@ -131,7 +137,9 @@ void summary_table(const std::vector<double>& values) {
               {"Mean absolute deviation", r.MAD}, {"Geometric mean", r.GeoMean},
               {"Geometric SD", r.GeoSD}, {"Mode", r.Mode},
               {"Minimum", range.Min},  {"Maximum", range.Max},
-              {"Range", range.Range}};
+              {"Range", range.Range},  {"First quartile", quartiles.Q1},
+              {"Median", quartiles.Median}, {"Third quartile", quartiles.Q3},
+              {"Interquartile range", quartiles.IQR}};
   for (const auto& row : rows) {
     if (row.value == NANUM)
       std::printf("  %-26s %12s\n", row.name, "-");
