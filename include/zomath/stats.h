@@ -218,6 +218,8 @@ ZOMATH_API int zomath_basic_stats_distribution(int nSize, const double* pX, cons
                                                int nPeakType);
 
 /* ============================================================================================
+ * Hypothesis tests
+ * ============================================================================================
  *
  * Tests on means and variances and the confidence limits that go with them. Sample statistics
  * come from zomath_basic_summary_stats with the denominator n - 1, without the NANUM of the data.
@@ -436,7 +438,8 @@ ZOMATH_API int zomath_two_sample_confidence_levels_for_variance(int nLevels,
                                                                 const double* pSDs,
                                                                 const int* pSizes, double* pLCLs,
                                                                 double* pUCLs);
-=======
+
+/* ============================================================================================
  * Percentiles and quantiles
  * ============================================================================================
  *
@@ -560,9 +563,6 @@ ZOMATH_API int zomath_percentiles_distribution(int nSize, const double* pX, cons
                                                const double* pPercents, int nPercents,
                                                double* pPercentiles, int* pIndices);
 
-/* ============================================================================================
- * Hypothesis tests
- * =====================================================================================
 ZOMATH_EXTERN_C_END
 
 #endif /* ZOMATH_STATS_H */
