@@ -9,7 +9,6 @@
 #include "platform/distributions/fisher_f.h"
 #include "stats/anova.h"
 #include "stats/hypothesis.h"
-#include "stats/percentiles.h"
 
 namespace zomath::stats {
 namespace {
@@ -27,15 +26,23 @@ void clear(tTestMeanResults& r) {
   r.Mean = r.SD = r.SEM = r.tValue = r.Prob = NANUM;
 }
 
-// The group's valid values, transformed about their own centre: |x - c|, (x - c)^2. The mean
-// is taken with what its rounding left out, so that a deviation keeps its digits when the
-// values are far larger than their spread.
+// The group's valid values, transformed about their own centre: |x - c|, (x - c)^2. The centre
+// is carried as c + low to twice a double's precision (the mean with what its rounding left out,
+// the median of an even count as the exact half sum of its two middle values), so that a
+// deviation keeps its digits when the values are far larger than their spread.
 void transform(double* v, int n, int method, const SampleStats& s) {
   double c = s.mean, low = s.meanLow;
   if (method == ANOVA_BROWN) {
-    std::sort(v, v + n);
-    c = percentile_of_sorted(v, static_cast<std::size_t>(n), 50.0, INTERPOLATE_EDF_AVER);
-    low = 0;
+    const int h = n / 2;
+    std::nth_element(v, v + h, v + n);
+    if (n % 2) {
+      c = v[h];
+      low = 0;
+    } else {
+      const dd::Double2 sum = dd::two_sum(*std::max_element(v, v + h), v[h]);
+      c = sum.hi / 2;
+      low = sum.lo / 2;
+    }
   }
   for (int i = 0; i < n; ++i) {
     const double d = (v[i] - c) - low;
