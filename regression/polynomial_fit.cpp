@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "core/numeric.h"
+#include "platform/polynomial_refinement.h"
 #include "regression/fit_records.h"
-#include "regression/polynomial_refinement.h"
 #include "zomath/linalg.h"
 #include "zomath/regression.h"
 #include "zomath/stats.h"
@@ -209,15 +209,16 @@ int fit_powers(const CompletePoints& p, int order, const LinearFitOptions& opt, 
   // Polish the coefficients; the report follows the residual sum they leave.
   std::vector<double> coef(m);
   for (int j = 0; j < m; ++j) coef[j] = o.fit[j].value;
-  PolynomialData data;
+  platform::PolynomialData data;
   data.x = p.x;
   data.y = p.y;
   data.w = p.w;
   data.n = n;
   data.order = order;
   data.heldIntercept = held;
-  RefinedFit refined;
-  if (!refine_polynomial(data, coef.data(), refined)) return success;
+  platform::RefinedFit refined;
+  platform::NagError fail;
+  if (platform::refine_polynomial(data, coef.data(), refined, fail) != 0) return success;
   const double dof = o.stats->DOF, rss = refined.rss;
   const double tc = t_critical(opt.ConfLevel, dof);
   const bool scaled = opt.ErrorScaledByReducedChiSq;
