@@ -136,7 +136,7 @@ TEST(PolynomialFit, OrderZeroIsTheMean) {
   EXPECT_EQ(p.anova.ModelSS, NANUM);
 }
 
-// statsmodels WLS on 40 weighted points, orders 1 to 3 and 7, free or held intercept, errors
+// statsmodels WLS on 40 weighted points, orders 1 to 3, 6 and 7, free or held intercept, errors
 // scaled or not: everything within 1e-10 relative, the bands included. Then the quadratic on
 // x in [1000, 1001] against the normal equations solved at 80 digits.
 TEST(PolynomialFit, AgreesWithStatsmodels) {

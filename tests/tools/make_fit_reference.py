@@ -159,7 +159,7 @@ def polynomials(rng):
     xnew = np.array([-3.5, -1.0, 0.0, 0.7, 2.2, 4.9, 6.0])
     cases = [(1, 0, 0.0, 1, 0.95), (2, 0, 0.0, 1, 0.95), (3, 0, 0.0, 1, 0.9), (3, 0, 0.0, 0, 0.95),
              (2, 1, 1.5, 1, 0.95), (2, 1, 1.5, 0, 0.95), (3, 1, 0.0, 1, 0.99),
-             (7, 0, 0.0, 1, 0.95)]
+             (7, 0, 0.0, 1, 0.95), (6, 1, 0.5, 1, 0.95)]
     for k, (order, held, a, scaled, level) in enumerate(cases):
         key = "c%d" % k
         t.put(key + ".options", [order, held, a, scaled, level])
