@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "zomath/regression.h"
+
 namespace zomath_test {
 
 // key -> values; the lines keyed "x" are the rows of a design, counted in n (k values each).
@@ -50,6 +52,28 @@ inline double worst(const std::vector<double>& a, const std::vector<double>& b) 
     w = std::max(w, std::fabs(a[i] - b[i]) / std::max(std::fabs(b[i]), 1e-6 * big));
   }
   return w;
+}
+
+// The worst error of the parameter records fit[from..to) against the block `key` of a case
+// (make_fit_reference.py): estimates and errors, with scaled errors also t values,
+// probabilities and limits; and of the fit's residual sum, degrees of freedom, R-squared, F and
+// its probability.
+inline double worst_fit(const Case& c, const std::string& key, const FitParameter* fit, int from,
+                        int to, bool scaled, const FitStats& st, const FitAnovaTable& an) {
+  auto ref = [&](const char* name) { return c.at(key + name); };
+  double most = worst({st.RSS, st.DOF, st.RSquare, an.FValue, an.ProbF},
+                      {ref("ssr")[0], ref("df_resid")[0], ref("rsquared")[0], ref("fvalue")[0],
+                       ref("f_pvalue")[0]});
+  const std::pair<double FitParameter::*, const char*> fields[] = {
+      {&FitParameter::value, "params"}, {&FitParameter::Error, "bse"},
+      {&FitParameter::tValue, "tvalues"}, {&FitParameter::Prob, "pvalues"},
+      {&FitParameter::LCL, "lcl"}, {&FitParameter::UCL, "ucl"}};
+  for (int f = 0; f < (scaled ? 6 : 2); ++f) {
+    std::vector<double> got;
+    for (int j = from; j < to; ++j) got.push_back(fit[j].*fields[f].first);
+    most = std::max(most, worst(got, ref(fields[f].second)));
+  }
+  return most;
 }
 
 }  // namespace zomath_test
