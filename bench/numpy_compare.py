@@ -378,6 +378,96 @@ def row_interpolate_smoothing(lib, n, rng):
                agree)
 
 
+def row_percentiles(lib, n, rng, m=101):
+    x = 100 + 15 * rng.standard_normal(n)
+    p = np.linspace(0.0, 100.0, m) if m > 3 else np.array([25.0, 50.0, 75.0])
+    out = np.empty(m)
+
+    def run():
+        lib.zomath_percentiles(ptr(x), n, ptr(p), m, ptr(out), 4, None)  # interpolated
+        return out.copy()
+
+    return Row("zomath_percentiles", "%d, %d percents" % (n, m), run,
+               lambda: np.percentile(x, p, method="interpolated_inverted_cdf"),
+               "percentile", lambda a, b: rel_close(a, b, 1e-15))
+
+
+def row_quartiles(lib, n, rng):
+    return row_percentiles(lib, n, rng, 3)
+
+
+class HypotTestOptions(C.Structure):
+    _fields_ = [("dReserved", C.c_double), ("dTestValue", C.c_double), ("TailType", C.c_int)]
+
+
+class TTestMeanResults(C.Structure):
+    _fields_ = [("N", C.c_int), ("Mean", C.c_double), ("SD", C.c_double), ("SEM", C.c_double),
+                ("DOF", C.c_int), ("tValue", C.c_double), ("Prob", C.c_double)]
+
+
+class TTestMean2SampleResults(C.Structure):
+    _fields_ = [("N1", C.c_int), ("Mean1", C.c_double), ("SD1", C.c_double), ("SEM1", C.c_double),
+                ("N2", C.c_int)] + [(f, C.c_double) for f in (
+                    "Mean2", "SD2", "SEM2", "DiffMean", "DiffSEM", "DOF", "tValue", "Prob")]
+
+
+class TTestResults(C.Structure):
+    _fields_ = [("DOF", C.c_double), ("tValue", C.c_double), ("Prob", C.c_double)]
+
+
+def row_one_sample_t_test(lib, n, rng):
+    import scipy.stats as st
+    x = 100 + 15 * rng.standard_normal(n)
+    opts, res = HypotTestOptions(0, 100.01, 0), TTestMeanResults()
+
+    def run():
+        lib.zomath_one_sample_t_test(ptr(x), n, C.byref(opts), C.byref(res))
+        return res.tValue, res.Prob
+
+    def ref():
+        r = st.ttest_1samp(x, 100.01)
+        return r.statistic, r.pvalue
+
+    return Row("zomath_one_sample_t_test", n, run, ref, "ttest_1samp",
+               lambda a, b: rel_close(a, b, 1e-10))
+
+
+def row_two_sample_t_test(lib, n, rng):
+    import scipy.stats as st
+    x, y = 100 + 15 * rng.standard_normal(n), 100.02 + 12 * rng.standard_normal(n)
+    opts, res, welch = HypotTestOptions(0, 0, 0), TTestMean2SampleResults(), TTestResults()
+
+    def run():
+        lib.zomath_two_sample_t_test(ptr(x), n, ptr(y), n, C.byref(opts), C.byref(res),
+                                     C.byref(welch))
+        return res.tValue, res.Prob, welch.tValue, welch.Prob
+
+    def ref():
+        a, b = st.ttest_ind(x, y), st.ttest_ind(x, y, equal_var=False)
+        return a.statistic, a.pvalue, b.statistic, b.pvalue
+
+    return Row("zomath_two_sample_t_test", "2 x %d" % n, run, ref, "ttest_ind, both variances",
+               lambda a, b: rel_close(a, b, 1e-10))
+
+
+def row_row_ttest2(lib, rows, rng):
+    import scipy.stats as st
+    cols = 10
+    a, b = rng.standard_normal((rows, cols)), 0.2 + rng.standard_normal((rows, cols))
+    t, dof, p = np.empty(rows), np.empty(rows), np.empty(rows)
+
+    def run():
+        lib.zomath_row_ttest2(rows, cols, ptr(a), ptr(b), 0.0, 0, ptr(t), ptr(dof), ptr(p))
+        return t, p
+
+    def ref():
+        r = st.ttest_ind(a, b, axis=1)
+        return r.statistic, r.pvalue
+
+    return Row("zomath_row_ttest2", "%d rows of %d" % (rows, cols), run, ref, "ttest_ind(axis=1)",
+               lambda x, y: rel_close(x[0], y[0], 1e-10) + ", p " + rel_close(x[1], y[1], 1e-10))
+
+
 ROWS = [
     (row_d_sum, 10_000_000),
     (row_f_sum, 10_000_000),
@@ -394,8 +484,13 @@ ROWS = [
     (row_interpolate_linear, 1_000_000),
     (row_interpolate_spline, 1_000_000),
     (row_interpolate_smoothing, 10_000),
+    (row_percentiles, 10_000_000),
+    (row_quartiles, 10_000_000),
     (row_multiple_regression, (100_000, 10)),
     (row_multiple_regression, (1_000_000, 3)),
+    (row_one_sample_t_test, 10_000_000),
+    (row_two_sample_t_test, 1_000_000),
+    (row_row_ttest2, 100_000),
     (row_polynomial_fit, (1_000_000, 2)),
     (row_polynomial_fit, (100_000, 5)),
 ]
@@ -417,8 +512,12 @@ def declare(lib):
         "zomath_basic_summary_stats": (I, [I, dp, ip] + [dp] * 11 + [ip, dp, dp, I, dp]),
         "zomath_integrate": (I, [I, dp, dp, dp, dp]),
         "zomath_interpolate": (I, [dp, dp, U, dp, dp, U, I, D, dp, dp, U, I]),
+        "zomath_percentiles": (I, [dp, I, dp, I, dp, I, dp]),
         "zomath_multiple_linear_regression": (I, [dp, U, U, dp, dp, U, C.c_void_p, C.c_void_p, U,
                                                   C.c_void_p, C.c_void_p, dp, dp, U, U, dp, dp]),
+        "zomath_one_sample_t_test": (I, [dp, I, C.c_void_p, C.c_void_p]),
+        "zomath_two_sample_t_test": (I, [dp, I, dp, I, C.c_void_p, C.c_void_p, C.c_void_p]),
+        "zomath_row_ttest2": (I, [I, I, dp, dp, D, I, dp, dp, dp]),
         "zomath_polynomial_fit": (I, [I, dp, dp, dp, I, C.c_void_p, C.c_void_p, I, C.c_void_p,
                                       C.c_void_p, dp, dp, dp, I]),
     }

@@ -5,6 +5,7 @@
 // routine, then the moment engine for the rest) and under n (the moment engine alone).
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <vector>
@@ -116,5 +117,55 @@ BENCHMARK(BM_BasicSummaryStats_DenominatorNMinus1)->Apply(args);
 BENCHMARK(BM_BasicSummaryStats_DenominatorN)->Apply(args);
 BENCHMARK(BM_DescStats)->Apply(args);
 BENCHMARK(BM_TwoPassPlainLoop)->Apply(args);
+
+// zomath_percentiles at 3 percents (the quartiles) and at 101 (0, 1, ..., 100) under the
+// interpolating definition 4, beside std::sort of a copy of the same points and the same
+// look-ups: the ratio of the two is the figure to read.
+void percentile_args(benchmark::internal::Benchmark* b) {
+  for (long n : {1000000L, 10000000L})
+    for (long m : {3L, 101L}) b->Args({n, m});
+  b->ArgNames({"n", "percents"});
+  b->Unit(benchmark::kMillisecond);
+}
+
+std::vector<double> percent_list(long m) {
+  if (m == 3) return {25, 50, 75};
+  std::vector<double> p(m);
+  for (long i = 0; i < m; ++i) p[i] = 100.0 * i / (m - 1);
+  return p;
+}
+
+void BM_Percentiles(benchmark::State& state) {
+  const Input& d = input(state.range(0), false);
+  const std::vector<double> p = percent_list(state.range(1));
+  std::vector<double> out(p.size());
+  for (auto _ : state) {
+    zomath_percentiles(d.x.data(), static_cast<int>(d.x.size()), p.data(), static_cast<int>(p.size()),
+                       out.data(), INTERPOLATE_WEIGHT_AVER_LEFT, nullptr);
+    benchmark::DoNotOptimize(out.data());
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_StdSortCopyAndLookups(benchmark::State& state) {
+  const Input& d = input(state.range(0), false);
+  const std::vector<double> p = percent_list(state.range(1));
+  std::vector<double> out(p.size()), work;
+  for (auto _ : state) {
+    work.assign(d.x.begin(), d.x.end());
+    std::sort(work.begin(), work.end());
+    const double n = static_cast<double>(work.size());
+    for (std::size_t i = 0; i < p.size(); ++i) {
+      const double q = p[i] * n / 100, k = std::floor(q), g = q - k;
+      out[i] = k < 1 ? work.front() : k >= n ? work.back()
+                     : (1 - g) * work[static_cast<std::size_t>(k) - 1] + g * work[static_cast<std::size_t>(k)];
+    }
+    benchmark::DoNotOptimize(out.data());
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+BENCHMARK(BM_Percentiles)->Apply(percentile_args);
+BENCHMARK(BM_StdSortCopyAndLookups)->Apply(percentile_args);
 
 }  // namespace

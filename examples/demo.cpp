@@ -119,6 +119,12 @@ void summary_table(const std::vector<double>& values) {
     return;
   RangeResults range;
   zomath_range(values.data(), static_cast<int>(values.size()), &range);
+  // Quartiles interpolated at (n + 1) p / 100 (percentiles 25, 50, 75), NANUM left out.
+  QuantileOptions quartileOptions = {INTERPOLATE_WEIGHT_AVER_RIGHT, false, false, true, true, true,
+                                     false, false, true, false};
+  QuantileResults quartiles;
+  zomath_quantiles(values.data(), static_cast<int>(values.size()), &quartileOptions, &quartiles,
+                   nullptr, 0, nullptr, nullptr);
   std::printf("\nSummary statistics of the temperatures (denominator n - 1, 95%% limits):\n");
   const struct {
     const char* name;
@@ -132,7 +138,9 @@ void summary_table(const std::vector<double>& values) {
               {"Mean absolute deviation", r.MAD}, {"Geometric mean", r.GeoMean},
               {"Geometric SD", r.GeoSD}, {"Mode", r.Mode},
               {"Minimum", range.Min},  {"Maximum", range.Max},
-              {"Range", range.Range}};
+              {"Range", range.Range},  {"First quartile", quartiles.Q1},
+              {"Median", quartiles.Median}, {"Third quartile", quartiles.Q3},
+              {"Interquartile range", quartiles.IQR}};
   for (const auto& row : rows) {
     if (row.value == NANUM)
       std::printf("  %-26s %12s\n", row.name, "-");
@@ -141,6 +149,57 @@ void summary_table(const std::vector<double>& values) {
     else
       std::printf("  %-26s %12.4f\n", row.name, row.value);
   }
+}
+
+// The tests as a person reads them: the hypotheses, the statistic with its degrees of freedom,
+// the probability, the interval, and what they say at the 5% level. Missing readings are left
+// out by the exports themselves.
+void hypothesis_tests(const std::vector<double>& values) {
+  const int n = static_cast<int>(values.size());
+  const double mu0 = 20.0, level = 0.95;
+  const HypotTestOptions two = {0.0, mu0, TAILED_TEST_TWO};
+  tTestMeanResults one;
+  std::printf("\nOne-sample t test of the mean temperature:\n");
+  if (zomath_one_sample_t_test(values.data(), n, &two, &one) != 0) {
+    std::printf("  no test: the readings have no spread\n");
+    return;
+  }
+  double lcl = NANUM, ucl = NANUM;
+  zomath_confidence_levels_for_mean(&level, 1, &one, &lcl, &ucl);
+  std::printf("  H0: mean = %.1f degC   H1: mean != %.1f degC (two-sided)\n", mu0, mu0);
+  std::printf("  %d readings: mean %.3f, SD %.3f, standard error %.3f degC\n", one.N, one.Mean,
+              one.SD, one.SEM);
+  std::printf("  t = %.4f with %d degrees of freedom, p = %.4f\n", one.tValue, one.DOF, one.Prob);
+  std::printf("  95%% confidence interval of the mean: %.3f to %.3f degC\n", lcl, ucl);
+  std::printf("  at the 5%% level the readings %s a mean of %.1f degC\n",
+              one.Prob < 0.05 ? "reject" : "do not reject", mu0);
+
+  // The first half of the stations against the second.
+  const std::vector<double> west(values.begin(), values.begin() + n / 2),
+      east(values.begin() + n / 2, values.end());
+  const HypotTestOptions same = {0.0, 0.0, TAILED_TEST_TWO};
+  tTestMean2SampleResults r;
+  tTestResults welch;
+  if (zomath_two_sample_t_test(west.data(), static_cast<int>(west.size()), east.data(),
+                               static_cast<int>(east.size()), &same, &r, &welch) != 0 ||
+      r.tValue == NANUM)
+    return;
+  double pooled[2], unequal[2];
+  zomath_two_sample_confidence_levels_for_mean_equal_var(&level, 1, &r, &pooled[0], &pooled[1]);
+  zomath_two_sample_confidence_levels_for_mean_unequal_var(&level, 1, &r, &unequal[0], &unequal[1]);
+  std::printf("\nTwo-sample t test, the first %d stations against the last %d:\n",
+              static_cast<int>(west.size()), static_cast<int>(east.size()));
+  std::printf("  H0: the two means are equal   H1: they differ (two-sided)\n");
+  std::printf("  first:  %d readings, mean %.3f, SD %.3f degC\n", r.N1, r.Mean1, r.SD1);
+  std::printf("  last:   %d readings, mean %.3f, SD %.3f degC\n", r.N2, r.Mean2, r.SD2);
+  std::printf("  equal variances:   t = %.4f, %5.2f degrees of freedom, p = %.4f; "
+              "95%% interval of the difference %.3f to %.3f\n",
+              r.tValue, r.DOF, r.Prob, pooled[0], pooled[1]);
+  std::printf("  unequal variances: t = %.4f, %5.2f degrees of freedom, p = %.4f; "
+              "95%% interval of the difference %.3f to %.3f\n",
+              welch.tValue, welch.DOF, welch.Prob, unequal[0], unequal[1]);
+  std::printf("  at the 5%% level the readings %s a difference between the halves\n",
+              r.Prob < 0.05 ? "show" : "do not show");
 }
 
 // A fit's parameter table and analysis of variance, as a report shows them. NANUM prints as a
@@ -269,6 +328,8 @@ int main(int argc, char** argv) {
   std::printf("\nt test of mean = %.1f: t = %.4f on %.0f df, two-sided p = %.4f\n", mu0, t, df, p);
   std::printf("  95%% confidence interval %.3f to %.3f degC (t quantile %.4f)\n", mean - half,
               mean + half, tCrit);
+
+  hypothesis_tests(values);
 
   // Trend over the station order: least squares through the pseudo-inverse of [1, index].
   std::vector<double> design, y;

@@ -217,6 +217,352 @@ ZOMATH_API int zomath_basic_stats_distribution(int nSize, const double* pX, cons
                                                double* pMean, double* pMedian, double* pSD,
                                                int nPeakType);
 
+/* ============================================================================================
+ * Percentiles and quantiles
+ * ============================================================================================
+ *
+ * nInterpolate picks the definition of a percentile. With the n valid values sorted as
+ * x(1) <= ... <= x(n), p the percent, q = n p / 100 ((n + 1) p / 100 for definition 3), k the
+ * whole part of q and g = q - k: k = 0 gives x(1) and k >= n gives x(n) under every
+ * definition; otherwise
+ *
+ *   INTERPOLATE_EDF_AVER          0  x(k + 1) for g > 0, (x(k) + x(k + 1)) / 2 for g = 0
+ *   INTERPOLATE_NEAREST_NEIGHBOR  1  x(k) for g < 0.5, x(k + 1) for g > 0.5, and at g = 0.5
+ *                                    the even-numbered of the two
+ *   INTERPOLATE_EDF               2  x(k + 1) for g > 0, x(k) for g = 0
+ *   INTERPOLATE_WEIGHT_AVER_RIGHT 3  (1 - g) x(k) + g x(k + 1), q from n + 1
+ *   INTERPOLATE_WEIGHT_AVER_LEFT  4  (1 - g) x(k) + g x(k + 1)
+ *   INTERPOLATE_NONE              5  none: NANUM (the ends still come out)
+ *
+ * q is formed as (p n) / 100 and the rest follows in long double, so g is 0 or 0.5 exactly
+ * where that quotient is. A percent outside 0..100 (or NaN) gives NANUM in its slot and no
+ * error. A point is missing when its value or its weight is NANUM; a NaN value, having no place
+ * in an order, is left out as well. Weights that are not all equal over the valid points make
+ * the sample weighted, and the definition is then not read: with C(i) the running weight sums
+ * of the sorted values and T = C(n) p / 100, the percentile is the x(i) within whose weight T
+ * falls, or (x(i) + x(i + 1)) / 2 where T equals C(i) (x(n) at the last).
+ *
+ * Codes: -3 a row form with no rows or columns, -11 a null matrix, -19 no memory for a row,
+ * -37 percent arguments that don't fit together, -108 a weight below 0, infinite or NaN, -110
+ * fewer than 3 points of a distribution, -151 nInterpolate outside 0..5, -155 a size or percent
+ * count below 1, -156 a null pointer, -158 no valid value for the minimum and maximum, -166 no
+ * memory, -220 a distribution with x not strictly rising or a y below 0. */
+
+enum {
+  INTERPOLATE_EDF_AVER = 0,
+  INTERPOLATE_NEAREST_NEIGHBOR = 1,
+  INTERPOLATE_EDF = 2,
+  INTERPOLATE_WEIGHT_AVER_RIGHT = 3,
+  INTERPOLATE_WEIGHT_AVER_LEFT = 4,
+  INTERPOLATE_NONE = 5
+};
+
+enum {
+  ZOMATH_STATS_ERR_PERCENT_ARGS = -37,    /* percents and their outputs don't fit together */
+  ZOMATH_STATS_ERR_NEGATIVE_WEIGHT = -108 /* a weight below 0, infinite or NaN */
+};
+
+/* Which fields of QuantileResults zomath_quantiles fills; a false one keeps its start value. */
+typedef struct QuantileOptions {
+  int nInterpolate; /* the percentile definition, 0..5 */
+  bool bMin;
+  bool bIMin;
+  bool bQ1;
+  bool bMedian;
+  bool bQ3;
+  bool bMax;
+  bool bIMax;
+  bool bIQR;
+  bool bRange;
+} QuantileOptions;
+
+/* The five-number summary of a sample. Start values: NANUM, and -1 for the positions. */
+typedef struct QuantileResults {
+  double Min;
+  int iMin;      /* first position of Min in the caller's array */
+  double Q1;     /* percentile 25, or the lower hinge */
+  double Median; /* percentile 50, or the median of the hinges */
+  double Q3;     /* percentile 75, or the upper hinge */
+  double Max;
+  int iMax;      /* first position of Max in the caller's array */
+  double IQR;    /* Q3 - Q1, of the same kind */
+  double Range;  /* Max - Min */
+} QuantileResults;
+
+/* The percentile of the sample (pWeights may be null) at each of pPercents[0..nPercents) into
+ * pPercentiles, in the same order (the two may be one array), under definition nInterpolate or
+ * the weighted rule. Sorts the valid values once. All NANUM when no value is valid. Returns 0;
+ * -155 nSize or nPercents below 1; -156 a null pData, pPercents or pPercentiles; -151
+ * nInterpolate outside 0..5; -108 a bad weight; -166 no memory (outputs NANUM on failure). */
+ZOMATH_API int zomath_percentiles(const double* pData, int nSize, const double* pPercents,
+                                  int nPercents, double* pPercentiles, int nInterpolate,
+                                  const double* pWeights);
+
+/* The fields of QuantileResults that pOptions asks for, and the percentiles of pPercents (null
+ * or nPercents 0 for none; used only when pPercentiles is given too). Min, Max, their first
+ * positions and Range are those of zomath_range (weights not read). Q1, Median, Q3 and IQR are
+ * the percentiles 25, 50, 75 under pOptions->nInterpolate or the weighted rule; for
+ * INTERPOLATE_NONE with no weight other than 1 they are Tukey's hinges instead (so 1.5, 2.5,
+ * 3.5 for {1, 2, 3, 4}). Returns 0 (also for nSize 0, with start values); -155 nSize below 0;
+ * -108 a bad weight; -156 a null pData, pOptions or pResults; -151 nInterpolate outside 0..5;
+ * -158 Min or Max asked of a sample with no valid value; -166 no memory. */
+ZOMATH_API int zomath_quantiles(const double* pData, int nSize, const QuantileOptions* pOptions,
+                                QuantileResults* pResults, const double* pPercents,
+                                int nPercents, double* pPercentiles, const double* pWeights);
+
+/* For each row of the row-major nRows x nCols matrix, into each non-null output: a row of 1 to
+ * 4 valid values as zomath_quantiles gives it under nInterpolate, a row of 5 or more Tukey's
+ * five numbers whatever nInterpolate (never interpolated), a row with none NANUM. Returns 0;
+ * -11 a null matrix; -3 nRows or nCols below 1; -151 nInterpolate outside 0..5; -19 no memory. */
+ZOMATH_API int zomath_row_quantiles(int nRows, int nCols, const double* pMatrix, double* pMin,
+                                    double* pMax, double* pQ1, double* pMedian, double* pQ3,
+                                    int nInterpolate);
+
+/* Each row through zomath_quantiles under nInterpolate, whatever its size, into the non-null
+ * outputs; piMin and piMax count columns. Row i of the nRows x nPercents matrix pPercentiles
+ * gets the row's percentiles. A row with no valid value gets NANUM, and 0 in piMin and piMax.
+ * Returns 0; -11 a null matrix; -3 nRows or nCols below 1; -37 pPercentiles without pPercents,
+ * or pPercents with nPercents below 1; -151 nInterpolate outside 0..5; -19 no memory; or the
+ * code of a row. */
+ZOMATH_API int zomath_row_quantiles_ex(int nRows, int nCols, const double* pMatrix, double* pMin,
+                                       double* pMax, double* pQ1, double* pMedian, double* pQ3,
+                                       int* piMin, int* piMax, double* pIQR, double* pRange,
+                                       const double* pPercents, int nPercents,
+                                       double* pPercentiles, int nInterpolate);
+
+/* Percentiles of the curve (x, y) read as a density, x strictly rising and y >= 0 (all finite):
+ * for each fraction f of pPercents (strictly between 0 and 1), the x at which the cumulative
+ * trapezoid area reaches f times the total, linear between points, and in pIndices the point
+ * that starts that interval. f equal to 0 or 1 (to 12 digits) gives the first or last x and
+ * point; any other f outside (0, 1) gives NANUM and 0. Outputs may be null. Returns 0; -156 a
+ * null pX, pY or pPercents; -110 nSize below 3; -155 nPercents below 1; -220 x not strictly
+ * rising or a y below 0, NaN, infinite or NANUM; -166 no memory. */
+ZOMATH_API int zomath_percentiles_distribution(int nSize, const double* pX, const double* pY,
+                                               const double* pPercents, int nPercents,
+                                               double* pPercentiles, int* pIndices);
+
+/* ============================================================================================
+ * Hypothesis tests
+ * ============================================================================================
+ *
+ * Tests on means and variances and the confidence limits that go with them. Sample statistics
+ * come from zomath_basic_summary_stats with the denominator n - 1, without the NANUM of the data.
+ * Every export fills its result record with NANUM (counts with 0 or -1) before its checks, so a
+ * caller who ignores the code reads missing values. The Student probabilities are
+ * P2 = P(|T| >= |t|) = I(d / (d + t^2); d / 2, 1 / 2), the regularized incomplete beta function,
+ * folded to the tail: the upper tail is P2 / 2 for t > 0 and 1 - P2 / 2 otherwise, the lower tail
+ * the other way round.
+ *
+ * Codes: -1 negative degrees of freedom for the limits of a mean, -2 and -51 the size and tail of
+ * zomath_t_test_one_sample, -3 no rows or columns, -11 a null pointer where the export says so,
+ * -19 no memory for a row, -151 a tail, test value or level out of range, or no levels, -155 an
+ * empty sample, -156 a null pointer, -157 bad options of the two-sample chi-square test, -165
+ * too few pairs or negative degrees of freedom, -166 no memory, -175 paired samples of different
+ * sizes. */
+
+/* The alternative of a test. */
+enum {
+  TAILED_TEST_TWO = 0,   /* two-sided */
+  TAILED_TEST_UPPER = 1, /* the statistic is larger than under the hypothesis */
+  TAILED_TEST_LOWER = 2  /* the statistic is smaller */
+};
+
+enum {
+  ZOMATH_TEST_ERR_SUMMARY_TAIL = -51,  /* zomath_t_test_one_sample: TailType outside 0..2 */
+  ZOMATH_TEST_ERR_CHI2_OPTIONS = -157  /* zomath_two_sample_chi_square_test: bad options */
+};
+
+typedef struct HypotTestOptions {
+  double dReserved;  /* read by no export */
+  double dTestValue; /* hypothesized mean, difference of means, or variance */
+  int TailType;      /* TAILED_TEST_* */
+} HypotTestOptions;
+
+/* One-sample t test; also the group statistics of the analysis of variance (N..SEM). */
+typedef struct tTestMeanResults {
+  int N;         /* valid points */
+  double Mean;
+  double SD;
+  double SEM;
+  int DOF;       /* N - 1 */
+  double tValue;
+  double Prob;
+} tTestMeanResults;
+
+/* Two-sample t tests: the summaries of both samples and the test. */
+typedef struct tTestMean2SampleResults {
+  int N1;
+  double Mean1;
+  double SD1;
+  double SEM1;
+  int N2;
+  double Mean2;
+  double SD2;
+  double SEM2;
+  double DiffMean; /* Mean1 - Mean2 (paired test) */
+  double DiffSEM;  /* SEM1 - SEM2 (paired test) */
+  double DOF;
+  double tValue;
+  double Prob;
+} tTestMean2SampleResults;
+
+/* Welch's test beside Student's in zomath_two_sample_t_test. */
+typedef struct tTestResults {
+  double DOF;
+  double tValue;
+  double Prob;
+} tTestResults;
+
+typedef struct ChiSqTestResults {
+  double DOF;
+  double Chi;
+  double Prob;
+} ChiSqTestResults;
+
+typedef struct ChiSq2SampleResults {
+  int DOF;
+  double Chi;
+  double Prob;
+} ChiSq2SampleResults;
+
+typedef struct FTestResults {
+  int DOF1;
+  int DOF2;
+  double F;
+  double Prob;
+} FTestResults;
+
+/* Student's t test of the mean of the data (NANUM left out) against pOptions->dTestValue:
+ * t = (Mean - dTestValue) sqrt(N) / SD on N - 1 degrees of freedom. One valid point, a constant
+ * sample, or data holding NaN or an infinity leave tValue, Prob NANUM and DOF 0 and return N
+ * (> 0): no test. Returns 0;
+ * -156 a null pointer (pData only with nSize > 0); -151 TailType outside 0..2 or a dTestValue that
+ * is NaN, infinite or NANUM; -155 nSize < 1 or no valid point. */
+ZOMATH_API int zomath_one_sample_t_test(const double* pData, int nSize,
+                                        const HypotTestOptions* pOptions,
+                                        tTestMeanResults* pResults);
+
+/* The same test from a summary: *pProb (required) and *pT (optional) of the sample of nSize
+ * points with mean dMean and SD dSD; *pDOF = nSize - 1. nFlat 1, nSize 1, or a dSD that is not
+ * above 0 writes NANUM to *pProb and *pT and returns 0. Returns 0; -11 a null pProb; -51
+ * TailType outside 0..2; -2 nSize < 1. */
+ZOMATH_API int zomath_t_test_one_sample(int nSize, double dMean, double dSD, double* pProb,
+                                        int nFlat, int* pDOF, double* pT, double dTestValue,
+                                        int TailType);
+
+/* Student's (pooled variance) and Welch's (unequal variances, Satterthwaite's degrees of
+ * freedom) tests of Mean1 - Mean2 against dTestValue, each sample without its NANUM. Into
+ * *pEqualResults the summaries (N 0 for an empty sample), DOF = N1 + N2 - 2 and Student's t and
+ * Prob; into *pUnequalResults (optional) Welch's DOF, t and Prob. DiffMean and DiffSEM are left
+ * NANUM. A sample of fewer than 2 points, or both SDs 0, leaves the tests NANUM and returns 0.
+ * Returns 0; -156 a null pointer (pData only with its size above 0); -155 a size below 0;
+ * -151 TailType outside 0..2 or a dTestValue not finite (the summaries are written). */
+ZOMATH_API int zomath_two_sample_t_test(const double* pData1, int nSize1, const double* pData2,
+                                        int nSize2, const HypotTestOptions* pOptions,
+                                        tTestMean2SampleResults* pEqualResults,
+                                        tTestResults* pUnequalResults);
+
+/* The paired t test of mean(x - y) against dTestValue, over the positions where neither sample
+ * is NANUM. DiffMean = Mean1 - Mean2 (taken as the mean of the differences, which keeps its
+ * digits when the means are close), DOF = N1 - 1, DiffSEM = SEM1 - SEM2; t = (DiffMean -
+ * dTestValue) sqrt(N1) / SD of the differences. At t = 0 the upper tail is P2 / 2 and the lower
+ * 1 - P2 / 2 (both 1/2). One pair: DiffMean and the means, no test, return 0; differences all
+ * equal: tValue, Prob NANUM, return 0. Returns 0; -156 a null pointer; -175 nSize1 != nSize2;
+ * -165 no pair (the sizes below 1, or every pair missing); -166 no memory; -151 TailType outside
+ * 0..2 or a dTestValue not finite, checked when the probability is formed (the record is then
+ * reset: NANUM, counts 0). */
+ZOMATH_API int zomath_two_sample_t_test_pair(const double* pData1, int nSize1,
+                                             const double* pData2, int nSize2,
+                                             const HypotTestOptions* pOptions,
+                                             tTestMean2SampleResults* pResults);
+
+/* The chi-square test of the variance of the data (NANUM left out) against dTestValue:
+ * Chi = (N - 1) SD^2 / dTestValue on N - 1 degrees of freedom; upper tail P(X > Chi), lower
+ * P(X <= Chi), two-sided twice the smaller. SD 0: Chi = Prob = 0. Fewer than 2 valid points:
+ * DOF 0, Chi and Prob NANUM. Returns 0; -156 a null pointer (pData only with nSize > 0); -151
+ * dTestValue not above 0 (or infinite) or TailType outside 0..2; -155 nSize < 0. */
+ZOMATH_API int zomath_chi_square_test(int nSize, const double* pData,
+                                      const HypotTestOptions* pOptions,
+                                      ChiSqTestResults* pResults);
+
+/* The chi-square test of the pooled variance of a filled two-sample record against
+ * dTestValue: Chi = ((N1 - 1) SD1^2 + (N2 - 1) SD2^2) / dTestValue on DOF = the record's DOF
+ * truncated. SD1 or SD2 NANUM, or DOF -1 or 0: Chi, Prob NANUM, return 0. Returns 0; -156 a
+ * null pointer; -157 dTestValue not above 0 (or infinite), TailType outside 0..2, a DOF that is
+ * NaN or beyond the int range, or a Chi that is NaN (then DOF 0); -165 DOF below -1 (then DOF
+ * 0). */
+ZOMATH_API int zomath_two_sample_chi_square_test(const HypotTestOptions* pOptions,
+                                                 const tTestMean2SampleResults* pSummary,
+                                                 ChiSq2SampleResults* pResults);
+
+/* The F test of equal variances: F = SD1^2 / SD2^2 on N1 - 1 and N2 - 1 degrees of freedom,
+ * each sample without its NANUM; upper tail P(X > F), lower P(X <= F), two-sided twice the
+ * smaller (so never above 1, also for an F between 1 and the median). Fewer than 2 valid points
+ * in a sample or an SD of 0: F, Prob NANUM, return 0. Returns 0; -156 a null pOptions or
+ * pResults; -151 TailType outside 0..2; else the sum of the two samples' summary codes (-155 a
+ * size below 0, -156 a null pData with its size above 0, -166 no memory). */
+ZOMATH_API int zomath_f_test(int nSize1, const double* pData1, int nSize2, const double* pData2,
+                             const HypotTestOptions* pOptions, FTestResults* pResults);
+
+/* Student's pooled-variance test of row r of the row-major nRows x nCols pMatrix1 against row
+ * r of pMatrix2, each without its NANUM, of the difference of means against dTestValue.
+ * TailType 1 upper, 2 lower, any other value two-sided. Into the non-null outputs (nRows each)
+ * t, N1 + N2 - 2 and the probability; NANUM for a row pair with fewer than 2 valid points in a
+ * row or both SDs 0. Returns 0; -11 a null matrix; -3 nRows or nCols below 1; -19 no memory. */
+ZOMATH_API int zomath_row_ttest2(int nRows, int nCols, const double* pMatrix1,
+                                 const double* pMatrix2, double dTestValue, int TailType,
+                                 double* pT, double* pDOF, double* pProb);
+
+/* Confidence limits of a mean for each of nLevels levels c: Mean -+ t SD / sqrt(N), t the
+ * two-sided Student deviate of c on N - 1 degrees of freedom. The limits (pLCLs, pUCLs hold
+ * nLevels each; either may be null) start NANUM. SD 0: every limit is Mean, return 0. DOF 0 or
+ * -1: NANUM, return 0. Returns 0; -156 a null pLevels or pSummary; -151 nLevels < 1 or a level
+ * not strictly between 0 and 1 (the limits of the levels before it are written); -1 DOF < -1. */
+ZOMATH_API int zomath_confidence_levels_for_mean(const double* pLevels, int nLevels,
+                                                 const tTestMeanResults* pSummary,
+                                                 double* pLCLs, double* pUCLs);
+
+/* Confidence limits of a variance with dDOF degrees of freedom and sample SD dSD: S / q upper
+ * and S / q lower, S = dSD^2 dDOF, q the chi-square quantiles with (1 - c) / 2 beyond them.
+ * dDOF not above 0 (or NANUM), or dSD NANUM, leaves NANUM. Returns 0; -156 a null pLevels;
+ * -151 nLevels < 1 or a level not strictly between 0 and 1 (earlier levels are written). */
+ZOMATH_API int zomath_confidence_levels_for_variance(int nLevels, const double* pLevels,
+                                                     double dSD, double dDOF, double* pLCLs,
+                                                     double* pUCLs);
+
+/* Confidence limits of Mean1 - Mean2 from the record's N, Mean and SD of each sample, by
+ * Student's pooled variance (_equal_var) or Welch's unequal variances (_unequal_var). A level
+ * whose interval can't be formed (fewer than 2 points in a sample, both SDs 0) gets NANUM.
+ * Returns 0 (also for nLevels 0); -156 a null pLevels or pSummary; -151 nLevels < 0 or a level
+ * not strictly between 0 and 1 (earlier levels are written). */
+ZOMATH_API int zomath_two_sample_confidence_levels_for_mean_equal_var(
+    const double* pLevels, int nLevels, const tTestMean2SampleResults* pSummary, double* pLCLs,
+    double* pUCLs);
+ZOMATH_API int zomath_two_sample_confidence_levels_for_mean_unequal_var(
+    const double* pLevels, int nLevels, const tTestMean2SampleResults* pSummary, double* pLCLs,
+    double* pUCLs);
+
+/* Confidence limits of the mean difference of a paired test: DiffMean -+ w, with the standard
+ * error of the differences recovered from the record's test as (DiffMean - dTestValue) /
+ * tValue (so pOptions must be those of the test) and w its multiple by the two-sided Student
+ * deviate of c on DOF degrees of freedom. DOF 0, or a tValue of 0 or NANUM, leaves NANUM.
+ * Returns 0; -156 a null pLevels, pSummary or pOptions; -151 nLevels < 1 or a level not
+ * strictly between 0 and 1 (no limit is then written but NANUM). */
+ZOMATH_API int zomath_two_sample_confidence_levels_for_mean_pair(
+    const double* pLevels, int nLevels, const tTestMean2SampleResults* pSummary,
+    const HypotTestOptions* pOptions, double* pLCLs, double* pUCLs);
+
+/* Confidence limits of the ratio of two variances, pSDs[0]^2 / pSDs[1]^2 of samples of
+ * pSizes[0] and pSizes[1] points: F / q upper and F / q lower, q the F quantiles on
+ * pSizes[0] - 1 and pSizes[1] - 1 degrees of freedom with (1 - c) / 2 beyond them. Sizes below 2,
+ * an SD NANUM, or a level outside (0, 1) give NANUM limits. Returns 0; -156 a null pLevels,
+ * pSDs or pSizes; -151 nLevels < 1. */
+ZOMATH_API int zomath_two_sample_confidence_levels_for_variance(int nLevels,
+                                                                const double* pLevels,
+                                                                const double* pSDs,
+                                                                const int* pSizes, double* pLCLs,
+                                                                double* pUCLs);
+
 ZOMATH_EXTERN_C_END
 
 #endif /* ZOMATH_STATS_H */

@@ -70,6 +70,39 @@ int main(void) {
               r.Mean == NANUM && r.N == -1 && !multi, "zomath_desc_stats_ex options");
   }
 
+  /* Percentiles: the quantile records as a C host lays them out. */
+  {
+    double data[6] = {4.0, NANUM, 1.0, 3.0, 2.0, 5.0}, percents[2] = {50.0, 101.0}, out[2];
+    QuantileOptions o;
+    QuantileResults q;
+    memset(&o, 0, sizeof o);
+    o.nInterpolate = INTERPOLATE_NONE;
+    o.bQ1 = o.bIMax = o.bIQR = true;
+    check(zomath_quantiles(data, 6, &o, &q, NULL, 0, NULL, NULL) == 0 && q.Q1 == 2.0 &&
+              q.IQR == 2.0 && q.iMax == 5 && q.iMin == -1 && q.Median == NANUM,
+          "zomath_quantiles hinges");
+    check(zomath_percentiles(data, 6, percents, 2, out, INTERPOLATE_EDF_AVER, NULL) == 0 &&
+              out[0] == 3.0 && out[1] == NANUM, "zomath_percentiles");
+  }
+
+  /* Hypothesis tests: the option and result records as a C host lays them out. */
+  {
+    double squares[10] = {0, 0.1, 0.4, 0.9, 1.6, 2.5, 3.6, 4.9, 6.4, 8.1}, other[3] = {1.0, 2.5, 2.0};
+    HypotTestOptions o = {0.0, 4.0, TAILED_TEST_LOWER};
+    tTestMeanResults r;
+    tTestMean2SampleResults r2;
+    tTestResults welch;
+    check(zomath_one_sample_t_test(squares, 10, &o, &r) == 0 && r.N == 10 && r.DOF == 9 &&
+              r.tValue > -1.28485 && r.tValue < -1.28475 && r.Prob > 0.11546 && r.Prob < 0.11548,
+          "zomath_one_sample_t_test");
+    o.dTestValue = 0.0;
+    o.TailType = TAILED_TEST_TWO;
+    check(zomath_two_sample_t_test(squares, 10, other, 3, &o, &r2, &welch) == 0 && r2.N1 == 10 &&
+              r2.N2 == 3 && r2.DOF == 11.0 && r2.Mean2 > 1.8333 && r2.Mean2 < 1.8334 &&
+              r2.DiffMean == NANUM && welch.DOF > 10.9865 && welch.DOF < 10.9866,
+          "zomath_two_sample_t_test");
+  }
+
   if (failures == 0) printf("C consumer: all checks passed\n");
   return failures == 0 ? 0 : 1;
 }

@@ -21,10 +21,10 @@ struct Sample {
   int size() const { return static_cast<int>(x.size()); }
 };
 
-// The sets of tests/data/stats/samples.csv, by set number.
-inline std::vector<Sample> load_samples() {
+// The sets of a samples table under tests/data (set, x, w, has_weights), by set number.
+inline std::vector<Sample> load_samples(const std::string& relativePath = "stats/samples.csv") {
   std::vector<Sample> sets;
-  std::ifstream in(std::string(ZOMATH_TEST_DATA_DIR) + "/stats/samples.csv");
+  std::ifstream in(std::string(ZOMATH_TEST_DATA_DIR) + "/" + relativePath);
   std::string line;
   bool header = true;
   while (std::getline(in, line)) {

@@ -1,0 +1,36 @@
+// What the hypothesis tests share inside the library: the summary of one sample and the
+// probability of a Student t statistic for the tail of a test (TAILED_TEST_* of zomath/stats.h).
+// The analysis of variance builds on both.
+#pragma once
+
+#include "zomath/core.h"
+
+namespace zomath::stats {
+
+// Count, mean, SD and standard error of the valid points of a sample (denominator n - 1), and
+// what the rounding of the mean left out: mean + meanLow is the mean to about twice a double's
+// precision, for a difference of means that cancels.
+struct SampleStats {
+  int n = 0;
+  double mean = NANUM;
+  double sd = NANUM;
+  double sem = NANUM;
+  double meanLow = 0;
+};
+
+// The summary of x[0..n) without its NANUM, as zomath_basic_summary_stats gives it under the
+// denominator n - 1 without weights: one point has SD and SEM NANUM, no point n 0. Returns 0,
+// -155 n < 0, -156 a null x with n > 0.
+int sample_summary(const double* x, int n, SampleStats& s);
+
+// (mean + meanLow) - c, rounded once: the numerator of a t statistic.
+double mean_minus(const SampleStats& s, double c);
+
+// With P2 = P(|T| >= |t|) on dof degrees of freedom, the regularized incomplete beta function
+// I(dof / (dof + t^2); dof / 2, 1 / 2): TAILED_TEST_TWO gives P2; TAILED_TEST_UPPER P2 / 2 when
+// t > 0, else 1 - P2 / 2; TAILED_TEST_LOWER P2 / 2 when t <= 0, else 1 - P2 / 2. With
+// bZeroIsUpper (the paired test) t = 0 counts as positive for both one-sided tails. NANUM for
+// a tail outside 0..2, a NaN t, or dof not above 0.
+double student_probability(double t, double dof, int nTailType, bool bZeroIsUpper = false);
+
+}  // namespace zomath::stats
