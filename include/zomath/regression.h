@@ -172,8 +172,9 @@ ZOMATH_API int zomath_linear_fit(const double* pX, const double* pY, int nSize,
  * back; the coefficients are then polished by refinement with doubled-precision residuals.
  * Covariance and correlation ((nOrder+1)^2 cells; row and column 0 NANUM under FixIntercept) are
  * those of the raw powers; pLeverage (nSize) may be null. Points with a NANUM x, y or weight are
- * left out (leverage NANUM). nOrder 0: the weighted mean (n - 1 SD as its Error, with limits),
- * writing only value, Error, LCL and UCL of psFit[0]; FValue is then NANUM / ErrorMS.
+ * left out (leverage NANUM). nOrder 0: the weighted mean (n - 1 SD as its Error, with limits
+ * at ConfLevel, 0.95 for a null pOptions), writing only value, Error, LCL and UCL of psFit[0];
+ * FValue is then NANUM / ErrorMS.
  * Result: 1 when x was badly scaled, else 0 (a solver's positive code is not passed on, the
  * records stay NANUM); -165 nSize below 2, -156 null pX, pY or psFit, -151 nOrder below 0 or
  * ConfLevel outside 0..1, -98 nFitSize below nOrder + 1, -99 a matrix of fewer than nCovSize
