@@ -300,6 +300,24 @@ def row_multiple_regression(lib, shape, rng):
                "linalg.lstsq([1 X], y)", agree)
 
 
+def row_polynomial_fit(lib, shape, rng):
+    n, order = shape
+    x = np.sort(rng.uniform(0.0, 10.0, n))
+    y = 2 - x + 0.3 * x ** 2 - 0.02 * x ** 3 + 0.1 * rng.standard_normal(n)
+    fit = (C.c_double * (9 * (order + 1)))()
+
+    def run():
+        rc = lib.zomath_polynomial_fit(n, ptr(x), ptr(y), None, order, None, fit, order + 1, None,
+                                       None, None, None, None, -1)
+        return rc, np.array([fit[9 * j] for j in range(order + 1)])
+
+    def agree(r, b):
+        return "DIFF code %d" % r[0] if r[0] else rel_close(r[1], b[::-1], 1e-9)
+
+    return Row("zomath_polynomial_fit", "%d, order %d" % (n, order), run,
+               lambda: np.polyfit(x, y, order), "polyfit", agree)
+
+
 def interp_source(rng, n):
     x = np.sort(rng.uniform(0.0, 100.0, n))
     return x, np.sin(x) + 0.1 * rng.standard_normal(n)
@@ -473,6 +491,8 @@ ROWS = [
     (row_one_sample_t_test, 10_000_000),
     (row_two_sample_t_test, 1_000_000),
     (row_row_ttest2, 100_000),
+    (row_polynomial_fit, (1_000_000, 2)),
+    (row_polynomial_fit, (100_000, 5)),
 ]
 
 
@@ -498,6 +518,8 @@ def declare(lib):
         "zomath_one_sample_t_test": (I, [dp, I, C.c_void_p, C.c_void_p]),
         "zomath_two_sample_t_test": (I, [dp, I, dp, I, C.c_void_p, C.c_void_p, C.c_void_p]),
         "zomath_row_ttest2": (I, [I, I, dp, dp, D, I, dp, dp, dp]),
+        "zomath_polynomial_fit": (I, [I, dp, dp, dp, I, C.c_void_p, C.c_void_p, I, C.c_void_p,
+                                      C.c_void_p, dp, dp, dp, I]),
     }
     for name, (res, args) in sig.items():
         f = getattr(lib, name)

@@ -2,9 +2,13 @@
 // parameter table alone, with the whole report (statistics, ANOVA, matrices, leverages), and
 // with weights, beside LAPACK's minimum-norm least-squares driver (?gelsd, what numpy.linalg.lstsq
 // calls) on the same design with its column of ones, copied afresh each time as it overwrites it.
+// The straight line at 10^6 points, and polynomials of order 2 at 10^6 points and 5 at 10^5,
+// beside the multiple regression on the same powers of x, which the fit builds on (the
+// difference is the design and the refinement of the coefficients).
 #include <benchmark/benchmark.h>
 #include <lapacke.h>
 
+#include <cmath>
 #include <random>
 #include <vector>
 
@@ -83,6 +87,61 @@ void BM_LapackLeastSquares(benchmark::State& state) {
                                             p.n, s.data(), -1.0, &rank));
   }
 }
+
+// x on [0, 10], y a noisy cubic.
+struct Curve {
+  std::vector<double> x, y;
+  explicit Curve(int n) {
+    std::mt19937_64 rng(5);
+    std::normal_distribution<double> g;
+    for (int i = 0; i < n; ++i) {
+      const double t = 10.0 * i / n;
+      x.push_back(t);
+      y.push_back(2 - t + 0.3 * t * t - 0.02 * t * t * t + 0.1 * g(rng));
+    }
+  }
+};
+
+void BM_LinearFit(benchmark::State& state) {
+  const Curve c(static_cast<int>(state.range(0)));
+  FitParameter fit[2];
+  for (auto _ : state)
+    benchmark::DoNotOptimize(zomath_linear_fit(c.x.data(), c.y.data(), static_cast<int>(c.x.size()),
+                                               fit, nullptr, 0, nullptr, nullptr, nullptr,
+                                               nullptr, nullptr, nullptr, 0, 0));
+}
+
+void BM_PolynomialFit(benchmark::State& state) {
+  const Curve c(static_cast<int>(state.range(0)));
+  const int order = static_cast<int>(state.range(1));
+  std::vector<FitParameter> fit(order + 1);
+  for (auto _ : state)
+    benchmark::DoNotOptimize(zomath_polynomial_fit(static_cast<int>(c.x.size()), c.x.data(),
+                                                   c.y.data(), nullptr, order, nullptr,
+                                                   fit.data(), order + 1, nullptr, nullptr,
+                                                   nullptr, nullptr, nullptr, -1));
+}
+
+void BM_PowersRegression(benchmark::State& state) {
+  const Curve c(static_cast<int>(state.range(0)));
+  const int order = static_cast<int>(state.range(1)), n = static_cast<int>(c.x.size());
+  std::vector<double> design;
+  for (double t : c.x)
+    for (int j = 1; j <= order; ++j) design.push_back(std::pow(t, j));
+  std::vector<FitParameter> fit(order + 1);
+  for (auto _ : state)
+    benchmark::DoNotOptimize(zomath_multiple_linear_regression(
+        design.data(), n, order, c.y.data(), nullptr, 0, nullptr, fit.data(), order + 1,
+        nullptr, nullptr, nullptr, nullptr, 0, 0, nullptr, nullptr));
+}
+
+void orders(benchmark::internal::Benchmark* b) {
+  b->Args({1000000, 2})->Args({100000, 5})->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(BM_LinearFit)->Arg(1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PolynomialFit)->Apply(orders);
+BENCHMARK(BM_PowersRegression)->Apply(orders);
 
 void sizes(benchmark::internal::Benchmark* b) {
   b->Args({100000, 10})->Args({1000000, 3})->Unit(benchmark::kMillisecond);

@@ -1,7 +1,8 @@
 // A short tour of what the library offers, on the sample readings in examples/data: sorting with
 // a companion array, summary kernels that skip missing readings, a t test with its confidence
 // interval, a least-squares trend by pseudo-inverse, and a few special function values; the
-// summary statistics of the readings as one table.
+// summary statistics of the readings as one table; a straight line and a quadratic fitted to a
+// calibration series, with their parameter and analysis of variance tables.
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -201,6 +202,73 @@ void hypothesis_tests(const std::vector<double>& values) {
               r.Prob < 0.05 ? "show" : "do not show");
 }
 
+// A fit's parameter table and analysis of variance, as a report shows them. NANUM prints as a
+// dash.
+void fit_report(const char* title, const char* const* names, const FitParameter* fit, int k,
+                const FitStats& st, const FitAnovaTable& an) {
+  auto num = [](double v, const char* format) {
+    static char text[4][32];
+    static int slot = 0;
+    char* out = text[slot++ % 4];
+    if (v == NANUM)
+      std::snprintf(out, 32, "%s", "-");
+    else
+      std::snprintf(out, 32, format, v);
+    return out;
+  };
+  std::printf("\n%s\n", title);
+  std::printf("  %-10s %12s %12s %9s %9s %25s\n", "Parameter", "Value", "Std error", "t value",
+              "Prob>|t|", "95% confidence limits");
+  for (int j = 0; j < k; ++j) {
+    const FitParameter& p = fit[j];
+    std::printf("  %-10s %12s %12s %9s %9s", names[j], num(p.value, "%.6g"), num(p.Error, "%.4g"),
+                num(p.tValue, "%.2f"), num(p.Prob, "%.3g"));
+    std::printf("  %11s .. %s\n", num(p.LCL, "%.5g"), num(p.UCL, "%.5g"));
+  }
+  std::printf("  N %.0f, residual DF %.0f, root MSE %.4g, R-squared %.6f (adjusted %.6f)\n", st.N,
+              st.DOF, st.RootMSE, st.RSquare, st.AdjRSquare);
+  std::printf("  %-8s %4s %16s %14s %12s %10s\n", "Source", "DF", "Sum of squares", "Mean square",
+              "F value", "Prob>F");
+  std::printf("  %-8s %4.0f %16s %14s %12s %10s\n", "Model", an.ModelDF, num(an.ModelSS, "%.6g"),
+              num(an.ModelMS, "%.6g"), num(an.FValue, "%.6g"), num(an.ProbF, "%.3g"));
+  std::printf("  %-8s %4.0f %16s %14s\n", "Error", an.ErrorDF, num(an.ErrorSS, "%.6g"),
+              num(an.ErrorMS, "%.6g"));
+  std::printf("  %-8s %4.0f %16s\n", "Total", an.TotalDF, num(an.TotalSS, "%.6g"));
+}
+
+// A straight line and a quadratic through a calibration series: which describes it better is
+// read from the residual mean square and the t value of the quadratic term.
+void calibration_fits(const std::string& path) {
+  std::vector<double> x, y;
+  std::ifstream in(path);
+  for (std::string line; std::getline(in, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    std::istringstream fields(line);
+    std::string a, b;
+    std::getline(fields, a, ',');
+    std::getline(fields, b);
+    x.push_back(std::stod(a));
+    y.push_back(std::stod(b));
+  }
+  if (x.size() < 4) return;
+  const int n = static_cast<int>(x.size());
+  std::printf("\nCalibration series %s: absorbance against concentration (mg/L), %d standards\n",
+              path.c_str(), n);
+  // Errors from the scatter about the curve (no weights to trust), 95% limits.
+  const LinearFitOptions options{false, 1.0, 0, true, 0.95, false, false, 0.0};
+  FitParameter line[2], quad[3];
+  FitStats st;
+  FitAnovaTable an;
+  const char* lineNames[] = {"Intercept", "Slope"};
+  if (zomath_linear_fit(x.data(), y.data(), n, line, nullptr, 0, &options, &st, &an, nullptr,
+                        nullptr, nullptr, 0, 0) == 0)
+    fit_report("Straight line: absorbance = a + b conc", lineNames, line, 2, st, an);
+  const char* quadNames[] = {"Intercept", "Linear", "Quadratic"};
+  if (zomath_polynomial_fit(n, x.data(), y.data(), nullptr, 2, &options, quad, 3, &st, &an,
+                            nullptr, nullptr, nullptr, -1) >= 0)
+    fit_report("Quadratic: absorbance = c0 + c1 conc + c2 conc^2", quadNames, quad, 3, st, an);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -291,5 +359,6 @@ int main(int argc, char** argv) {
   std::printf("  bessel_y0(0)   = %s (no value exists)\n", bessel_y0(0.0) == NANUM ? "NANUM" : "?");
 
   named_functions(present);
+  calibration_fits(ZOMATH_EXAMPLES_DATA_DIR "/calibration.csv");
   return 0;
 }

@@ -137,6 +137,72 @@ bool weighted_sums(const double* x, const double* y, const double* w, std::size_
   return true;
 }
 
+void fill_report(double n, double rss, double df, double modelDF, const FitSums& sums,
+                 double residualNorm, FitStats* pStats, FitAnovaTable* pAnova) {
+  const double meanSquare = (df != 0 && !is_nanum(rss)) ? rss / df : NANUM;
+  const double syy = sums.Syy;
+  const bool explained = !is_nanum(syy) && !is_nanum(rss) && rss <= syy;
+  if (pStats) {
+    FitStats& s = *pStats;
+    s.N = n;
+    s.DOF = df;
+    s.RSS = rss;
+    const bool xSums = !is_nanum(sums.Sxx) && sums.Sxx * syy > 0;
+    s.PearsonR = (explained && syy != 0 && xSums) ? sums.Sxy / std::sqrt(sums.Sxx * syy) : NANUM;
+    s.RSquare = (explained && syy != 0) ? (syy - rss) / syy : NANUM;
+    s.R = is_nanum(s.RSquare) ? NANUM : std::sqrt(s.RSquare);
+    s.AdjRSquare = (is_nanum(s.RSquare) || df == 0)
+                       ? NANUM
+                       : 1 - ((modelDF + df) / df) * (1 - s.RSquare);
+    s.ReducedChiSq = meanSquare;
+    s.RootMSE = is_nanum(meanSquare) ? NANUM : std::sqrt(meanSquare);
+    s.ResidualNorm = residualNorm;
+  }
+  if (pAnova) {
+    FitAnovaTable& a = *pAnova;
+    a.ModelDF = modelDF;
+    a.ModelSS = explained ? syy - rss : NANUM;
+    a.ModelMS = (explained && modelDF != 0) ? (syy - rss) / modelDF : NANUM;
+    a.ErrorDF = df;
+    a.ErrorSS = rss;
+    a.ErrorMS = meanSquare;
+    a.TotalDF = modelDF + df;
+    a.TotalSS = syy;
+    a.TotalMS = NANUM;
+    a.FValue = (is_nanum(a.ErrorMS) || a.ErrorMS == 0 || is_nanum(a.ModelMS))
+                   ? NANUM
+                   : a.ModelMS / a.ErrorMS;
+    a.ProbF = f_upper_probability(a.FValue, modelDF, df);
+  }
+}
+
+CompletePoints complete_points(const double* x, const double* y, const double* w, int n) {
+  CompletePoints c;
+  auto present = [&](int i) {
+    return !(x && is_nanum(x[i])) && !is_nanum(y[i]) && !(w && is_nanum(w[i]));
+  };
+  int kept = 0;
+  for (int i = 0; i < n; ++i) kept += present(i);
+  if (kept == n) {
+    c.x = x, c.y = y, c.w = w, c.n = n;
+    return c;
+  }
+  c.dropped = true;
+  c.index.reserve(kept);
+  for (int i = 0; i < n; ++i)
+    if (present(i)) {
+      c.index.push_back(i);
+      if (x) c.xs.push_back(x[i]);
+      c.ys.push_back(y[i]);
+      if (w) c.ws.push_back(w[i]);
+    }
+  c.x = x ? c.xs.data() : nullptr;
+  c.y = c.ys.data();
+  c.w = w ? c.ws.data() : nullptr;
+  c.n = kept;
+  return c;
+}
+
 void correlation_from_covariance(const double* cov, double* corr, int k, std::size_t stride) {
   for (int i = 0; i < k; ++i)
     for (int j = 0; j < k; ++j) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 #include "zomath/regression.h"
 
@@ -10,6 +11,7 @@ namespace zomath::regression {
 
 // Return codes of the regression family.
 constexpr int kErrTooSmall = -98;             // a matrix, record or scale buffer too small
+constexpr int kErrCovarianceSize = -99;       // a covariance buffer smaller than the model's
 constexpr int kErrNegativeWeight = -108;      // a weight below 0
 constexpr int kErrColumns = -110;             // wrong column count; a method out of range
 constexpr int kErrAbsentLevel = -112;         // a level of a factor never occurs
@@ -18,6 +20,7 @@ constexpr int kErrOption = ZOMATH_ERR_OPTION;        // -151: option or value ou
 constexpr int kErrNullData = ZOMATH_ERR_EMPTY_DATA;  // -156: a required array is null
 constexpr int kErrTooFew = ZOMATH_ERR_TOO_FEW_DATA;  // -165: too few points
 constexpr int kErrWeightCount = -174;         // weight count differs from the point count
+constexpr int kErrConfLevel = -196;           // the straight-line fit's level outside 0..1
 constexpr int kErrTooManyParameters = -212;   // more parameters than points
 
 // The defaults a null option pointer stands for in the linear fit and the multiple regression.
@@ -50,6 +53,24 @@ double f_upper_probability(double f, double df1, double df2);
 // False when the total weight is not positive.
 bool weighted_sums(const double* x, const double* y, const double* w, std::size_t n,
                    bool aboutZero, FitSums& sums);
+
+// The goodness-of-fit block and the analysis of variance of a least-squares fit of n points
+// with residual sum rss on df degrees of freedom and modelDF model degrees, from the weighted
+// sums (Syy the total; PearsonR from Sxx, Sxy). Null outputs are skipped.
+void fill_report(double n, double rss, double df, double modelDF, const FitSums& sums,
+                 double residualNorm, FitStats* pStats, FitAnovaTable* pAnova);
+
+// The points of a fit whose x, y and weight are all present. With none missing the pointers
+// are the caller's arrays (x and w may be null); otherwise they point at compact copies, and
+// index gives each kept point's position in the caller's arrays.
+struct CompletePoints {
+  const double *x = nullptr, *y = nullptr, *w = nullptr;
+  int n = 0;
+  bool dropped = false;
+  std::vector<int> index;  // filled only when a point was dropped
+  std::vector<double> xs, ys, ws;
+};
+CompletePoints complete_points(const double* x, const double* y, const double* w, int n);
 
 // corr(i, j) = cov(i, j) / sqrt(cov(i, i) cov(j, j)) over the top left k by k block of row-major
 // matrices with the given row stride; NANUM where a diagonal is negative, 0 or NANUM.

@@ -123,40 +123,7 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
     set_parameter(psFit[k], b[j], se[j], tc, df);
   }
 
-  const double syy = sums.Syy;
-  const bool explained = !is_nanum(syy) && rss <= syy;
-  if (pStats) {
-    FitStats& s = *pStats;
-    s.N = nSize;
-    s.DOF = df;
-    s.RSS = rss;
-    const bool xSums = !is_nanum(sums.Sxx) && sums.Sxx * syy > 0;
-    s.PearsonR = (explained && syy != 0 && xSums) ? sums.Sxy / std::sqrt(sums.Sxx * syy) : NANUM;
-    s.RSquare = (explained && syy != 0) ? (syy - rss) / syy : NANUM;
-    s.R = is_nanum(s.RSquare) ? NANUM : std::sqrt(s.RSquare);
-    s.AdjRSquare = (is_nanum(s.RSquare) || df == 0)
-                       ? NANUM
-                       : 1 - ((modelDF + df) / df) * (1 - s.RSquare);
-    s.ReducedChiSq = meanSquare;
-    s.RootMSE = is_nanum(meanSquare) ? NANUM : std::sqrt(meanSquare);
-    s.ResidualNorm = zomath_norm(res.Data(), nSize);
-  }
-  if (pAnova) {
-    FitAnovaTable& a = *pAnova;
-    a.ModelDF = modelDF;
-    a.ModelSS = explained ? syy - rss : NANUM;
-    a.ModelMS = (explained && modelDF != 0) ? (syy - rss) / modelDF : NANUM;
-    a.ErrorDF = df;
-    a.ErrorSS = rss;
-    a.ErrorMS = meanSquare;
-    a.TotalDF = modelDF + df;
-    a.TotalSS = syy;
-    a.TotalMS = NANUM;
-    a.FValue = (is_nanum(a.ErrorMS) || a.ErrorMS == 0 || is_nanum(a.ModelMS))
-                   ? NANUM
-                   : a.ModelMS / a.ErrorMS;
-    a.ProbF = f_upper_probability(a.FValue, modelDF, df);
-  }
+  fill_report(nSize, rss, df, modelDF, sums, zomath_norm(res.Data(), nSize), pStats, pAnova);
   if (pLeverage) std::copy(h.Data(), h.Data() + n, pLeverage);
   if (pFitError) {
     // s sqrt(h / w). The reciprocal weights are left in the caller's array, which the fit's

@@ -1,7 +1,8 @@
 /* zomath: regression. The records of the fit family (parameters, goodness of fit, analysis of
- * variance, weighted sums, options) and the multiple linear regression with the tools of its
- * report: correction after column scaling, residual diagnostics, plot sums, partial regression
- * plots, column normalisation, dummy coding and the information criterion.
+ * variance, weighted sums, options), the straight-line and polynomial fits, and the multiple
+ * linear regression with the tools of its report: correction after column scaling, residual
+ * diagnostics, plot sums, partial regression plots, column normalisation, dummy coding and the
+ * information criterion.
  *
  * Matrices are row-major. A result record is filled with NANUM (counts 0) before the checks, so
  * a failed call leaves missing values. This header is plain C. */
@@ -144,6 +145,63 @@ ZOMATH_API int zomath_dummy_vars(int nMethod, int nSize, const int* pLevels, dou
  * when n / K < 40. With pError: 0, or NANUM and -151 for nSize < 1, nParams < 1,
  * nSize <= nParams + 1 or dRSS < 0 (unchecked without it). A result that is NaN is NANUM. */
 ZOMATH_API double zomath_AIC(int nSize, int nParams, double dRSS, int* pError);
+
+/* Straight line y = psFit[0] + psFit[1] x by weighted least squares (pWeights null: ones;
+ * nWeightSize 0: nSize), the slope held at FixSlopeAt or the intercept at FixInterceptAt (a held
+ * one is a fixed record). A point with a NANUM x, y or weight takes no part; zero weights count
+ * in DOF, which goes by the points (n - 2, n - 1 with one held). Optional: statistics, ANOVA
+ * (F = (Syy - RSS) / RSS DOF), the sums (raw about zero under FixIntercept, which RSquare and
+ * TotalSS use), 2 by 2 covariance and correlation in matrices of nMatrixRows by nMatrixCols.
+ * Every output is NANUM first. Codes: -165 fewer than 2 points, -174 weight count, -108 a weight
+ * below 0, -196 ConfLevel outside 0..1, -156 null pX, pY or psFit, -151 both held or a held
+ * value missing or not finite, -98 a matrix below 2 by 2, -150 no positive total weight; 444 a
+ * NaN or infinity. Two points of a free line, or x without spread, go through the multiple
+ * regression and return its code (errors NANUM where nothing is left to estimate them). */
+ZOMATH_API int zomath_linear_fit(const double* pX, const double* pY, int nSize,
+                                 FitParameter* psFit, const double* pWeights, int nWeightSize,
+                                 const LinearFitOptions* pOptions, FitStats* pStats,
+                                 FitAnovaTable* pAnova, FitSums* pSums, double* pCovariance,
+                                 double* pCorrelation, unsigned int nMatrixRows,
+                                 unsigned int nMatrixCols);
+
+/* Polynomial psFit[k] x^k, k = 0..nOrder, by weighted least squares through the multiple
+ * regression on the powers of x; psFit[0] is fixed under FixIntercept. A null pOptions takes the
+ * regression's defaults but with errors that trust the weights (ErrorScaledByReducedChiSq
+ * false). A badly scaled design (x beyond 1e4 in size or spread below 1% of its centre, y of
+ * spread below 1% of its centre, or nOrder above 5) is fitted on columns at unit SD and carried
+ * back; the coefficients are then polished by refinement with doubled-precision residuals.
+ * Covariance and correlation ((nOrder+1)^2 cells; row and column 0 NANUM under FixIntercept) are
+ * those of the raw powers; pLeverage (nSize) may be null. Points with a NANUM x, y or weight are
+ * left out (leverage NANUM). nOrder 0: the weighted mean (n - 1 SD as its Error, with limits
+ * at ConfLevel, 0.95 for a null pOptions), writing only value, Error, LCL and UCL of psFit[0];
+ * FValue is then NANUM / ErrorMS.
+ * Result: 1 when x was badly scaled, else 0 (a solver's positive code is not passed on, the
+ * records stay NANUM); -165 nSize below 2, -156 null pX, pY or psFit, -151 nOrder below 0 or
+ * ConfLevel outside 0..1, -98 nFitSize below nOrder + 1, -99 a matrix of fewer than nCovSize
+ * cells (nCovSize < 0: unchecked), -108 a negative weight, -212 more parameters than points,
+ * -150 internal failure, the summary engine's codes for order 0. */
+ZOMATH_API int zomath_polynomial_fit(int nSize, const double* pX, const double* pY,
+                                     const double* pWeights, int nOrder,
+                                     const LinearFitOptions* pOptions, FitParameter* psFit,
+                                     int nFitSize, FitStats* pStats, FitAnovaTable* pAnova,
+                                     double* pCovariance, double* pCorrelation,
+                                     double* pLeverage, int nCovSize);
+
+/* pY[i] = sum of pCoef[k] pX[i]^k for k = 0..nOrder (0 for nOrder below 0; NANUM for a NANUM
+ * x). False for a null pX or pY, or a null pCoef with nOrder >= 0. */
+ZOMATH_API bool zomath_polynomial(const double* pX, double* pY, int nSize, const double* pCoef,
+                                  int nOrder);
+
+/* Bands about a fitted polynomial pYFit at pX: yfit -+ dTCritical sqrt(V), V = x' C x over the
+ * (nOrder+1)^2 covariance pCovariance (intercept terms left out under FixIntercept), plus the
+ * new observation's variance for prediction bands (bConfidence 0); V is in units of dMSE when
+ * the errors trust the weights. A V that isn't positive gives a NANUM half-width (limits on the
+ * fit); a NANUM x or yfit gives NANUM limits. -156 a null pointer, -165 nSize below 1, -151
+ * nOrder below 0 or dConfLevel not strictly between 0 and 1. */
+ZOMATH_API int zomath_calc_conf_and_pred_bands_for_polynomial(
+    const double* pX, const double* pYFit, int nSize, const double* pCovariance,
+    const LinearFitOptions* pOptions, int nOrder, double dConfLevel, double dMSE,
+    double dTCritical, double* pLower, double* pUpper, int bConfidence);
 
 ZOMATH_EXTERN_C_END
 

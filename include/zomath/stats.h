@@ -218,6 +218,130 @@ ZOMATH_API int zomath_basic_stats_distribution(int nSize, const double* pX, cons
                                                int nPeakType);
 
 /* ============================================================================================
+ * Percentiles and quantiles
+ * ============================================================================================
+ *
+ * nInterpolate picks the definition of a percentile. With the n valid values sorted as
+ * x(1) <= ... <= x(n), p the percent, q = n p / 100 ((n + 1) p / 100 for definition 3), k the
+ * whole part of q and g = q - k: k = 0 gives x(1) and k >= n gives x(n) under every
+ * definition; otherwise
+ *
+ *   INTERPOLATE_EDF_AVER          0  x(k + 1) for g > 0, (x(k) + x(k + 1)) / 2 for g = 0
+ *   INTERPOLATE_NEAREST_NEIGHBOR  1  x(k) for g < 0.5, x(k + 1) for g > 0.5, and at g = 0.5
+ *                                    the even-numbered of the two
+ *   INTERPOLATE_EDF               2  x(k + 1) for g > 0, x(k) for g = 0
+ *   INTERPOLATE_WEIGHT_AVER_RIGHT 3  (1 - g) x(k) + g x(k + 1), q from n + 1
+ *   INTERPOLATE_WEIGHT_AVER_LEFT  4  (1 - g) x(k) + g x(k + 1)
+ *   INTERPOLATE_NONE              5  none: NANUM (the ends still come out)
+ *
+ * q is formed as (p n) / 100 and the rest follows in long double, so g is 0 or 0.5 exactly
+ * where that quotient is. A percent outside 0..100 (or NaN) gives NANUM in its slot and no
+ * error. A point is missing when its value or its weight is NANUM; a NaN value, having no place
+ * in an order, is left out as well. Weights that are not all equal over the valid points make
+ * the sample weighted, and the definition is then not read: with C(i) the running weight sums
+ * of the sorted values and T = C(n) p / 100, the percentile is the x(i) within whose weight T
+ * falls, or (x(i) + x(i + 1)) / 2 where T equals C(i) (x(n) at the last).
+ *
+ * Codes: -3 a row form with no rows or columns, -11 a null matrix, -19 no memory for a row,
+ * -37 percent arguments that don't fit together, -108 a weight below 0, infinite or NaN, -110
+ * fewer than 3 points of a distribution, -151 nInterpolate outside 0..5, -155 a size or percent
+ * count below 1, -156 a null pointer, -158 no valid value for the minimum and maximum, -166 no
+ * memory, -220 a distribution with x not strictly rising or a y below 0. */
+
+enum {
+  INTERPOLATE_EDF_AVER = 0,
+  INTERPOLATE_NEAREST_NEIGHBOR = 1,
+  INTERPOLATE_EDF = 2,
+  INTERPOLATE_WEIGHT_AVER_RIGHT = 3,
+  INTERPOLATE_WEIGHT_AVER_LEFT = 4,
+  INTERPOLATE_NONE = 5
+};
+
+enum {
+  ZOMATH_STATS_ERR_PERCENT_ARGS = -37,    /* percents and their outputs don't fit together */
+  ZOMATH_STATS_ERR_NEGATIVE_WEIGHT = -108 /* a weight below 0, infinite or NaN */
+};
+
+/* Which fields of QuantileResults zomath_quantiles fills; a false one keeps its start value. */
+typedef struct QuantileOptions {
+  int nInterpolate; /* the percentile definition, 0..5 */
+  bool bMin;
+  bool bIMin;
+  bool bQ1;
+  bool bMedian;
+  bool bQ3;
+  bool bMax;
+  bool bIMax;
+  bool bIQR;
+  bool bRange;
+} QuantileOptions;
+
+/* The five-number summary of a sample. Start values: NANUM, and -1 for the positions. */
+typedef struct QuantileResults {
+  double Min;
+  int iMin;      /* first position of Min in the caller's array */
+  double Q1;     /* percentile 25, or the lower hinge */
+  double Median; /* percentile 50, or the median of the hinges */
+  double Q3;     /* percentile 75, or the upper hinge */
+  double Max;
+  int iMax;      /* first position of Max in the caller's array */
+  double IQR;    /* Q3 - Q1, of the same kind */
+  double Range;  /* Max - Min */
+} QuantileResults;
+
+/* The percentile of the sample (pWeights may be null) at each of pPercents[0..nPercents) into
+ * pPercentiles, in the same order (the two may be one array), under definition nInterpolate or
+ * the weighted rule. Sorts the valid values once. All NANUM when no value is valid. Returns 0;
+ * -155 nSize or nPercents below 1; -156 a null pData, pPercents or pPercentiles; -151
+ * nInterpolate outside 0..5; -108 a bad weight; -166 no memory (outputs NANUM on failure). */
+ZOMATH_API int zomath_percentiles(const double* pData, int nSize, const double* pPercents,
+                                  int nPercents, double* pPercentiles, int nInterpolate,
+                                  const double* pWeights);
+
+/* The fields of QuantileResults that pOptions asks for, and the percentiles of pPercents (null
+ * or nPercents 0 for none; used only when pPercentiles is given too). Min, Max, their first
+ * positions and Range are those of zomath_range (weights not read). Q1, Median, Q3 and IQR are
+ * the percentiles 25, 50, 75 under pOptions->nInterpolate or the weighted rule; for
+ * INTERPOLATE_NONE with no weight other than 1 they are Tukey's hinges instead (so 1.5, 2.5,
+ * 3.5 for {1, 2, 3, 4}). Returns 0 (also for nSize 0, with start values); -155 nSize below 0;
+ * -108 a bad weight; -156 a null pData, pOptions or pResults; -151 nInterpolate outside 0..5;
+ * -158 Min or Max asked of a sample with no valid value; -166 no memory. */
+ZOMATH_API int zomath_quantiles(const double* pData, int nSize, const QuantileOptions* pOptions,
+                                QuantileResults* pResults, const double* pPercents,
+                                int nPercents, double* pPercentiles, const double* pWeights);
+
+/* For each row of the row-major nRows x nCols matrix, into each non-null output: a row of 1 to
+ * 4 valid values as zomath_quantiles gives it under nInterpolate, a row of 5 or more Tukey's
+ * five numbers whatever nInterpolate (never interpolated), a row with none NANUM. Returns 0;
+ * -11 a null matrix; -3 nRows or nCols below 1; -151 nInterpolate outside 0..5; -19 no memory. */
+ZOMATH_API int zomath_row_quantiles(int nRows, int nCols, const double* pMatrix, double* pMin,
+                                    double* pMax, double* pQ1, double* pMedian, double* pQ3,
+                                    int nInterpolate);
+
+/* Each row through zomath_quantiles under nInterpolate, whatever its size, into the non-null
+ * outputs; piMin and piMax count columns. Row i of the nRows x nPercents matrix pPercentiles
+ * gets the row's percentiles. A row with no valid value gets NANUM, and 0 in piMin and piMax.
+ * Returns 0; -11 a null matrix; -3 nRows or nCols below 1; -37 pPercentiles without pPercents,
+ * or pPercents with nPercents below 1; -151 nInterpolate outside 0..5; -19 no memory; or the
+ * code of a row. */
+ZOMATH_API int zomath_row_quantiles_ex(int nRows, int nCols, const double* pMatrix, double* pMin,
+                                       double* pMax, double* pQ1, double* pMedian, double* pQ3,
+                                       int* piMin, int* piMax, double* pIQR, double* pRange,
+                                       const double* pPercents, int nPercents,
+                                       double* pPercentiles, int nInterpolate);
+
+/* Percentiles of the curve (x, y) read as a density, x strictly rising and y >= 0 (all finite):
+ * for each fraction f of pPercents (strictly between 0 and 1), the x at which the cumulative
+ * trapezoid area reaches f times the total, linear between points, and in pIndices the point
+ * that starts that interval. f equal to 0 or 1 (to 12 digits) gives the first or last x and
+ * point; any other f outside (0, 1) gives NANUM and 0. Outputs may be null. Returns 0; -156 a
+ * null pX, pY or pPercents; -110 nSize below 3; -155 nPercents below 1; -220 x not strictly
+ * rising or a y below 0, NaN, infinite or NANUM; -166 no memory. */
+ZOMATH_API int zomath_percentiles_distribution(int nSize, const double* pX, const double* pY,
+                                               const double* pPercents, int nPercents,
+                                               double* pPercentiles, int* pIndices);
+
+/* ============================================================================================
  * Hypothesis tests
  * ============================================================================================
  *
@@ -438,130 +562,6 @@ ZOMATH_API int zomath_two_sample_confidence_levels_for_variance(int nLevels,
                                                                 const double* pSDs,
                                                                 const int* pSizes, double* pLCLs,
                                                                 double* pUCLs);
-
-/* ============================================================================================
- * Percentiles and quantiles
- * ============================================================================================
- *
- * nInterpolate picks the definition of a percentile. With the n valid values sorted as
- * x(1) <= ... <= x(n), p the percent, q = n p / 100 ((n + 1) p / 100 for definition 3), k the
- * whole part of q and g = q - k: k = 0 gives x(1) and k >= n gives x(n) under every
- * definition; otherwise
- *
- *   INTERPOLATE_EDF_AVER          0  x(k + 1) for g > 0, (x(k) + x(k + 1)) / 2 for g = 0
- *   INTERPOLATE_NEAREST_NEIGHBOR  1  x(k) for g < 0.5, x(k + 1) for g > 0.5, and at g = 0.5
- *                                    the even-numbered of the two
- *   INTERPOLATE_EDF               2  x(k + 1) for g > 0, x(k) for g = 0
- *   INTERPOLATE_WEIGHT_AVER_RIGHT 3  (1 - g) x(k) + g x(k + 1), q from n + 1
- *   INTERPOLATE_WEIGHT_AVER_LEFT  4  (1 - g) x(k) + g x(k + 1)
- *   INTERPOLATE_NONE              5  none: NANUM (the ends still come out)
- *
- * q is formed as (p n) / 100 and the rest follows in long double, so g is 0 or 0.5 exactly
- * where that quotient is. A percent outside 0..100 (or NaN) gives NANUM in its slot and no
- * error. A point is missing when its value or its weight is NANUM; a NaN value, having no place
- * in an order, is left out as well. Weights that are not all equal over the valid points make
- * the sample weighted, and the definition is then not read: with C(i) the running weight sums
- * of the sorted values and T = C(n) p / 100, the percentile is the x(i) within whose weight T
- * falls, or (x(i) + x(i + 1)) / 2 where T equals C(i) (x(n) at the last).
- *
- * Codes: -3 a row form with no rows or columns, -11 a null matrix, -19 no memory for a row,
- * -37 percent arguments that don't fit together, -108 a weight below 0, infinite or NaN, -110
- * fewer than 3 points of a distribution, -151 nInterpolate outside 0..5, -155 a size or percent
- * count below 1, -156 a null pointer, -158 no valid value for the minimum and maximum, -166 no
- * memory, -220 a distribution with x not strictly rising or a y below 0. */
-
-enum {
-  INTERPOLATE_EDF_AVER = 0,
-  INTERPOLATE_NEAREST_NEIGHBOR = 1,
-  INTERPOLATE_EDF = 2,
-  INTERPOLATE_WEIGHT_AVER_RIGHT = 3,
-  INTERPOLATE_WEIGHT_AVER_LEFT = 4,
-  INTERPOLATE_NONE = 5
-};
-
-enum {
-  ZOMATH_STATS_ERR_PERCENT_ARGS = -37,    /* percents and their outputs don't fit together */
-  ZOMATH_STATS_ERR_NEGATIVE_WEIGHT = -108 /* a weight below 0, infinite or NaN */
-};
-
-/* Which fields of QuantileResults zomath_quantiles fills; a false one keeps its start value. */
-typedef struct QuantileOptions {
-  int nInterpolate; /* the percentile definition, 0..5 */
-  bool bMin;
-  bool bIMin;
-  bool bQ1;
-  bool bMedian;
-  bool bQ3;
-  bool bMax;
-  bool bIMax;
-  bool bIQR;
-  bool bRange;
-} QuantileOptions;
-
-/* The five-number summary of a sample. Start values: NANUM, and -1 for the positions. */
-typedef struct QuantileResults {
-  double Min;
-  int iMin;      /* first position of Min in the caller's array */
-  double Q1;     /* percentile 25, or the lower hinge */
-  double Median; /* percentile 50, or the median of the hinges */
-  double Q3;     /* percentile 75, or the upper hinge */
-  double Max;
-  int iMax;      /* first position of Max in the caller's array */
-  double IQR;    /* Q3 - Q1, of the same kind */
-  double Range;  /* Max - Min */
-} QuantileResults;
-
-/* The percentile of the sample (pWeights may be null) at each of pPercents[0..nPercents) into
- * pPercentiles, in the same order (the two may be one array), under definition nInterpolate or
- * the weighted rule. Sorts the valid values once. All NANUM when no value is valid. Returns 0;
- * -155 nSize or nPercents below 1; -156 a null pData, pPercents or pPercentiles; -151
- * nInterpolate outside 0..5; -108 a bad weight; -166 no memory (outputs NANUM on failure). */
-ZOMATH_API int zomath_percentiles(const double* pData, int nSize, const double* pPercents,
-                                  int nPercents, double* pPercentiles, int nInterpolate,
-                                  const double* pWeights);
-
-/* The fields of QuantileResults that pOptions asks for, and the percentiles of pPercents (null
- * or nPercents 0 for none; used only when pPercentiles is given too). Min, Max, their first
- * positions and Range are those of zomath_range (weights not read). Q1, Median, Q3 and IQR are
- * the percentiles 25, 50, 75 under pOptions->nInterpolate or the weighted rule; for
- * INTERPOLATE_NONE with no weight other than 1 they are Tukey's hinges instead (so 1.5, 2.5,
- * 3.5 for {1, 2, 3, 4}). Returns 0 (also for nSize 0, with start values); -155 nSize below 0;
- * -108 a bad weight; -156 a null pData, pOptions or pResults; -151 nInterpolate outside 0..5;
- * -158 Min or Max asked of a sample with no valid value; -166 no memory. */
-ZOMATH_API int zomath_quantiles(const double* pData, int nSize, const QuantileOptions* pOptions,
-                                QuantileResults* pResults, const double* pPercents,
-                                int nPercents, double* pPercentiles, const double* pWeights);
-
-/* For each row of the row-major nRows x nCols matrix, into each non-null output: a row of 1 to
- * 4 valid values as zomath_quantiles gives it under nInterpolate, a row of 5 or more Tukey's
- * five numbers whatever nInterpolate (never interpolated), a row with none NANUM. Returns 0;
- * -11 a null matrix; -3 nRows or nCols below 1; -151 nInterpolate outside 0..5; -19 no memory. */
-ZOMATH_API int zomath_row_quantiles(int nRows, int nCols, const double* pMatrix, double* pMin,
-                                    double* pMax, double* pQ1, double* pMedian, double* pQ3,
-                                    int nInterpolate);
-
-/* Each row through zomath_quantiles under nInterpolate, whatever its size, into the non-null
- * outputs; piMin and piMax count columns. Row i of the nRows x nPercents matrix pPercentiles
- * gets the row's percentiles. A row with no valid value gets NANUM, and 0 in piMin and piMax.
- * Returns 0; -11 a null matrix; -3 nRows or nCols below 1; -37 pPercentiles without pPercents,
- * or pPercents with nPercents below 1; -151 nInterpolate outside 0..5; -19 no memory; or the
- * code of a row. */
-ZOMATH_API int zomath_row_quantiles_ex(int nRows, int nCols, const double* pMatrix, double* pMin,
-                                       double* pMax, double* pQ1, double* pMedian, double* pQ3,
-                                       int* piMin, int* piMax, double* pIQR, double* pRange,
-                                       const double* pPercents, int nPercents,
-                                       double* pPercentiles, int nInterpolate);
-
-/* Percentiles of the curve (x, y) read as a density, x strictly rising and y >= 0 (all finite):
- * for each fraction f of pPercents (strictly between 0 and 1), the x at which the cumulative
- * trapezoid area reaches f times the total, linear between points, and in pIndices the point
- * that starts that interval. f equal to 0 or 1 (to 12 digits) gives the first or last x and
- * point; any other f outside (0, 1) gives NANUM and 0. Outputs may be null. Returns 0; -156 a
- * null pX, pY or pPercents; -110 nSize below 3; -155 nPercents below 1; -220 x not strictly
- * rising or a y below 0, NaN, infinite or NANUM; -166 no memory. */
-ZOMATH_API int zomath_percentiles_distribution(int nSize, const double* pX, const double* pY,
-                                               const double* pPercents, int nPercents,
-                                               double* pPercentiles, int* pIndices);
 
 /* ============================================================================================
  * Analysis of variance

@@ -3,50 +3,20 @@
 // intercept, and on a rank-deficient design (tests/tools/make_regression_reference.py).
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
-#include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "reference_case.h"
 #include "zomath/regression.h"
 
 namespace {
 
-// key -> values; the rows of x are gathered in "x", their count in n.
-struct Case : std::map<std::string, std::vector<double>> {
-  int n = 0, k = 0;
-  bool intercept() const { return at("intercept")[0] != 0; }
-};
+using zomath_test::Case;
+using zomath_test::worst;
 
-Case load(const std::string& name) {
-  Case c;
-  std::ifstream in(std::string(ZOMATH_TEST_DATA_DIR) + "/regression/" + name + ".csv");
-  for (std::string line, key, field; std::getline(in, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    std::stringstream ss(line);
-    std::getline(ss, key, ',');
-    std::vector<double>& v = c[key];
-    const std::size_t before = v.size();
-    while (std::getline(ss, field, ',')) v.push_back(std::stod(field));
-    if (key == "x") c.k = static_cast<int>(v.size() - before), ++c.n;
-  }
-  return c;
-}
-
-// Worst error of a against b, each element relative to itself but never to less than 1e-6 of
-// the largest (an element near zero, such as a small residual, is measured against its
-// neighbours).
-double worst(const std::vector<double>& a, const std::vector<double>& b) {
-  double big = 0, w = 0;
-  for (double v : b) big = std::max(big, std::fabs(v));
-  for (std::size_t i = 0; i < b.size(); ++i)
-    w = std::max(w, std::fabs(a.at(i) - b[i]) / std::max(std::fabs(b[i]), 1e-6 * big));
-  return a.size() == b.size() ? w : INFINITY;
-}
+Case load(const std::string& name) { return zomath_test::load_case(name + ".csv"); }
 
 struct Fitted {
   std::vector<FitParameter> fit;
