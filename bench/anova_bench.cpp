@@ -64,7 +64,8 @@ void BM_OneWayPlainLoop(benchmark::State& state) {
     }
     grand /= 4.0 * m;
     for (int g = 0; g < 4; ++g) {
-      for (long i = g * m; i < (g + 1) * m; ++i) within += (d.y[i] - means[g]) * (d.y[i] - means[g]);
+      for (long i = g * m; i < (g + 1) * m; ++i)
+        within += (d.y[i] - means[g]) * (d.y[i] - means[g]);
       between += m * (means[g] - grand) * (means[g] - grand);
     }
     benchmark::DoNotOptimize(between / 3 / (within / (4 * m - 4)));

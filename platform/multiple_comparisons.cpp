@@ -68,7 +68,8 @@ int simultaneous_intervals(IntervalType type, int k, const double* means, double
   const double t = simultaneous_critical_value(type, k, d, level, fail);
   if (fail.code) return fail.code;
   for (int i = 0; i < k; ++i) {
-    if (!std::isfinite(means[i])) return fail.fail(kIntervalsBadStandardError, "mean not finite", i);
+    if (!std::isfinite(means[i]))
+      return fail.fail(kIntervalsBadStandardError, "mean not finite", i);
     for (int j = 0; j < i; ++j) {
       const double s = se[static_cast<long>(i) * ldse + j];
       if (!(s > 0) || !std::isfinite(s))

@@ -87,7 +87,8 @@ Fit regress(const std::vector<double>& x, int n, int m, const std::vector<double
 // The effect-coded row of a factor at `level` (1..levels): a 1 in the level's column, or -1 in
 // every column for the last level.
 void effect_code(int level, int levels, double* row) {
-  for (int j = 0; j + 1 < levels; ++j) row[j] = level == levels ? -1.0 : (level == j + 1 ? 1.0 : 0.0);
+  for (int j = 0; j + 1 < levels; ++j)
+    row[j] = level == levels ? -1.0 : (level == j + 1 ? 1.0 : 0.0);
 }
 
 void set_test(ANOVA2TableRow& r, const ANOVA2TableRow& error) {
@@ -222,7 +223,8 @@ int zomath_stats_anova_two_way_compute_anova_table(
       clear(*r);
   if (bInteraction != 0 && bInteraction != 1) return ZOMATH_ERR_OPTION;
   if (nSize > 0 && (!pFactorA || !pFactorB || !pData)) return ZOMATH_ERR_EMPTY_DATA;
-  if (nSize < 0 || nLevelsA < 1 || nLevelsB < 1) return ZOMATH_ANOVA_ERR_SIZES;
+  if (nSize < 0 || nLevelsA < 1 || nLevelsB < 1 || na * nb > INT_MAX)
+    return ZOMATH_ANOVA_ERR_SIZES;
   for (int i = 0; i < nSize; ++i)
     if (pFactorA[i] < 1 || pFactorA[i] > nLevelsA || pFactorB[i] < 1 || pFactorB[i] > nLevelsB)
       return ZOMATH_ERR_OPTION;

@@ -700,7 +700,8 @@ ZOMATH_API int zomath_anova_mean_comparison(
  * type III sums: the residual sum of the model without a source's columns less the full one's,
  * on the rank they remove. Constant data: sums and mean squares 0, no F. Returns 0; -151
  * bInteraction not 0 or 1, or a level out of range; -156 a null pData or factor; -98 nSize
- * below 0 or a level count below 1; -166 no memory; positive: the regression's code. */
+ * below 0, a level count below 1 or more cells than an int counts; -166 no memory; positive:
+ * the regression's code. */
 ZOMATH_API int zomath_stats_anova_two_way_compute_anova_table(
     int bInteraction, const int* pFactorA, int nLevelsA, const int* pFactorB, int nLevelsB,
     const double* pData, int nSize, ANOVA2TotalStats* pStatsA, ANOVA2TotalStats* pStatsB,

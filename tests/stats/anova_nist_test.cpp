@@ -49,7 +49,8 @@ NistAnova read_set(const std::string& name) {
     if (line.find("Standard Deviation") != std::string::npos)
       s.certified[6] = std::stod(line.substr(line.find("Deviation") + 9));
     // The header's "Data: 1 Factor", then the table's "Data: Treatment Response".
-    if (word == "Data:") data = !label.empty() && !std::isdigit(static_cast<unsigned char>(label[0]));
+    if (word == "Data:")
+      data = !label.empty() && !std::isdigit(static_cast<unsigned char>(label[0]));
     else if (data && std::isdigit(static_cast<unsigned char>(word[0])))
       groups[std::stoi(word)].push_back(std::stod(label));
   }

@@ -31,7 +31,8 @@ TEST(AnovaRules, DegenerateOneWayDesigns) {
   // test, R-squared 0. An empty group is no group. NaN data: no sums.
   const OneWay one = one_way({1, 2, 4}, {3}), points = one_way({1, 5, 2}, {1, 1, 1});
   const OneWay flat = one_way({3, 3, NANUM, 3, 3}, {2, 3});
-  const OneWay empty = one_way({1, 2, NANUM, 4, 6}, {2, 1, 2}), nan = one_way({1, kNaN, 2, 3}, {2, 2});
+  const OneWay empty = one_way({1, 2, NANUM, 4, 6}, {2, 1, 2});
+  const OneWay nan = one_way({1, kNaN, 2, 3}, {2, 2});
   for (const OneWay* r : {&one, &points, &flat, &empty, &nan}) EXPECT_EQ(r->code, 0);
   EXPECT_EQ(one.t.DOF1, 0);
   EXPECT_NEAR(one.t.SSq2, 14.0 / 3, 1e-15);
