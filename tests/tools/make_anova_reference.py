@@ -3,7 +3,8 @@
 
 Run with Debian's interpreter: /usr/bin/python3 tests/tools/make_anova_reference.py
 Writes, under tests/data/stats/ (every table in the format of tests/scalar/reference.h: the
-arguments, the value, a scale (1 for the inputs); the error of a computed value is |computed - value| / scale):
+arguments, the value, a scale (1 for the inputs); the error of a computed value is
+|computed - value| / scale):
 
   anova_samples.csv     set, group, value, 1: unbalanced one-way designs, NANUM for a missing point
   anova_reference.csv   set, method, quantity, value, scale: the one-way tables (method 0) and the
@@ -22,9 +23,11 @@ Sums of squares are exact: rational arithmetic on the binary values of the data 
 Fraction), so are the F values that follow from them. Probabilities of F and t are regularized
 incomplete beta functions by mpmath at 40 digits, critical values of t and F their roots by
 Newton's method. The studentized range is SciPy's studentized_range: its sf is 1 - cdf, near
-1e-12 absolute, and its quantile the root of that cdf, the reason the test asks 1e-8 of it. Before writing, the script checks the independent implementations against
-these values: scipy.stats.f_oneway and levene (center 'mean' and 'median') within 1e-12 in F and
-p (1e-7 on the set whose mean is 1e7 times its spread, where SciPy's rounded means cost it); statsmodels' anova_lm (type III, sum-to-zero coding) within 1e-9 in every sum, F and p;
+1e-12 absolute, and its quantile the root of that cdf, the reason the test asks more room of it.
+Before writing, the script checks the independent implementations against these values:
+scipy.stats.f_oneway and levene (center 'mean' and 'median') within 1e-12 in F and p (1e-7 on
+the set whose mean is 1e7 times its spread, where SciPy's rounded means cost it); statsmodels'
+anova_lm (type III, sum-to-zero coding) within 1e-9 in every sum, F and p;
 pairwise_tukeyhsd (differences exactly, reject flags; its own probabilities and intervals come
 from a three-digit approximation of the studentized range, so only to 2e-3), scipy.stats.tukey_hsd
 p-values within 1e-9, and multipletests 'holm' and 'holm-sidak' reject flags exactly. Samples
@@ -197,7 +200,8 @@ def make_one_way():
             elif method == 2:
                 continue
             else:
-                sp = st.levene(*[np.array(g) for g in valid], center="mean" if method == 1 else "median")
+                center = "mean" if method == 1 else "median"
+                sp = st.levene(*[np.array(g) for g in valid], center=center)
             # SciPy rounds the group means to doubles before it subtracts them: on the set whose
             # mean is 1e7 times its spread that costs it about 8 digits.
             tol = 1e-7 if s == OFFSET_SET else 1e-12
@@ -234,7 +238,8 @@ def make_comparisons(sets):
         m = k * (k - 1) // 2
         pairs = [(i, j) for i in range(1, k) for j in range(i)]
         diffs = [mpf(means[i]) - mpf(means[j]) for i, j in pairs]
-        sems = [mp.sqrt(mpf(mse) * (mp.mpf(1) / counts[i] + mp.mpf(1) / counts[j])) for i, j in pairs]
+        sems = [mp.sqrt(mpf(mse) * (mp.mpf(1) / counts[i] + mp.mpf(1) / counts[j]))
+                for i, j in pairs]
         ts = [d / s_ for d, s_ in zip(diffs, sems)]
         p2 = [t_two_sided(t, dof) for t in ts]
         crit = {
@@ -276,7 +281,8 @@ def make_comparisons(sets):
                     ref.append(row(args + [UCL], hi, float(max(abs(hi), abs(diffs[c])))))
                     ref.append(row(args + [SIG], 1 if lo > 0 or hi < 0 else 0, 1))
                 else:
-                    th = alpha / (m - pos) if method == 7 else -mp.expm1(mp.log1p(-alpha) / (m - pos))
+                    th = (alpha / (m - pos) if method == 7
+                          else -mp.expm1(mp.log1p(-alpha) / (m - pos)))
                     ref.append(row(args + [ALPHA], th))
             if method >= 7:
                 reject = multipletests([float(p) for p in prob], alpha,
@@ -287,15 +293,16 @@ def make_comparisons(sets):
         y = np.concatenate(valid)
         labels = np.repeat(np.arange(k), counts)
         hsd = pairwise_tukeyhsd(y, labels, alpha)
-        sp = st.tukey_hsd(*[np.array(g) for g in valid]) if min(counts) > 1 else None  # SciPy refuses one point
+        # SciPy's tukey_hsd refuses a group of one point.
+        sp = st.tukey_hsd(*[np.array(g) for g in valid]) if min(counts) > 1 else None
+        order = list(zip(*hsd._multicomp.pairindices))
         for c, (i, j) in enumerate(pairs):
-            smc = [t for t, (a, b) in enumerate(zip(*hsd._multicomp.pairindices)) if (a, b) == (j, i)][0]
+            smc = order.index((j, i))
+            sf = float(st.studentized_range.sf(float(abs(ts[c]) * mp.sqrt(2)), k, dof))
             close(hsd.meandiffs[smc], diffs[c], 1e-12, "pairwise_tukeyhsd difference")
             if sp:
-                close(sp.pvalue[i, j], float(st.studentized_range.sf(float(abs(ts[c]) * mp.sqrt(2)), k, dof)),
-                      1e-9, "tukey_hsd p")
-            close(hsd.pvalues[smc], float(st.studentized_range.sf(float(abs(ts[c]) * mp.sqrt(2)), k, dof)),
-                  2e-3 / max(hsd.pvalues[smc], 1e-3), "pairwise_tukeyhsd p")
+                close(sp.pvalue[i, j], sf, 1e-9, "tukey_hsd p")
+            close(hsd.pvalues[smc], sf, 2e-3 / max(hsd.pvalues[smc], 1e-3), "pairwise_tukeyhsd p")
             lo = diffs[c] - crit[1] * sems[c]
             hi = diffs[c] + crit[1] * sems[c]
             assert bool(hsd.reject[smc]) == bool(lo > 0 or hi < 0), "reject flag"
@@ -327,8 +334,9 @@ def make_two_way():
     samples, ref = [], []
     for s, (na, nb, n, sd, offset) in enumerate(specs):
         # Every cell once, the rest at random: unbalanced, no empty cell.
-        a = np.concatenate([np.repeat(np.arange(1, na + 1), nb), rng.integers(1, na + 1, n - na * nb)])
-        b = np.concatenate([np.tile(np.arange(1, nb + 1), na), rng.integers(1, nb + 1, n - na * nb)])
+        rest = n - na * nb
+        a = np.concatenate([np.repeat(np.arange(1, na + 1), nb), rng.integers(1, na + 1, rest)])
+        b = np.concatenate([np.tile(np.arange(1, nb + 1), na), rng.integers(1, nb + 1, rest)])
         effect = 0.4 * a - 0.3 * b + 0.15 * (a * b % 3)
         y = [float(v) for v in offset + sd * (effect + rng.standard_normal(n))]
         if s in (1, 3):
@@ -349,7 +357,7 @@ def make_two_way():
             for r, name in enumerate(names):
                 if not inter and r == 2:
                     continue
-                d, ss, fv, pv = tab.loc[name, "df"], tab.loc[name, "sum_sq"], tab.loc[name, "F"], tab.loc[name, "PR(>F)"]
+                d, ss, fv, pv = (tab.loc[name, col] for col in ("df", "sum_sq", "F", "PR(>F)"))
                 ms = ss / d
                 fv_mp = (mp.mpf(ss) / d) / (mp.mpf(err_ss) / err_df)
                 close(fv, fv_mp, 1e-12, "statsmodels F")
@@ -403,8 +411,8 @@ def make_fit_table():
         ms1 = (u - S) / params
         ms2 = S / (n - params)
         f = ms1 / ms2
-        for q, v in ((0, u - S), (1, ms1), (2, ms2), (3, u), (4, f), (5, f_upper(f, params - 1, n - params)),
-                     (6, corrected)):
+        p = f_upper(f, params - 1, n - params)
+        for q, v in ((0, u - S), (1, ms1), (2, ms2), (3, u), (4, f), (5, p), (6, corrected)):
             ref.append(row([case, q], v))
         for i in range(n):
             ref.append(row([case, 10 + i], x[i], 1))
@@ -415,8 +423,8 @@ def make_fit_table():
     write("fit_table_reference.csv", "case,quantity,value,scale",
           ["Tables of a fitted model about zero: quantity 0 SSq1 = U - SSE, 1 MeanSq1, 2 MeanSq2,",
            "3 SSq3 = U = sum w y^2, 4 F, 5 P(F > F) on nParams - 1 and n - nParams degrees, 6 the",
-           "corrected total sum w (y - mean)^2; the inputs as 10 + i x, 1000 + i y, 2000 + i w (NANUM",
-           "for none), 3000 nParams, 3001 SSE. Exact sums, P by mpmath at 40 digits.",
+           "corrected total sum w (y - mean)^2; the inputs as 10 + i x, 1000 + i y, 2000 + i w",
+           "(NANUM for none), 3000 nParams, 3001 SSE. Exact sums, P by mpmath at 40 digits.",
            "Written by tests/tools/make_anova_reference.py."], ref)
 
 
