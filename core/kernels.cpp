@@ -270,45 +270,39 @@ int group_log_buckets(std::size_t n) {
   return log;
 }
 
-// Each bucket is read once while the cache holds it. A bitmap of 32 to 64 bits a key, indexed
-// by the key bits below the bucket's, marks the bits taken, and a table beside it keeps the
-// position of the key that took each. A key whose bit is taken joins a short list: every
-// repeat of a value does, and the rare distinct values that share a bit. Counted exactly, a
-// value of the list occurs that often, plus once if it took its bit first. Data whose values
-// are nearly all distinct list a few per cent of the keys; data with many repeats list them
-// all, counted in a table as large as their distinct values.
-MostFrequent most_frequent_grouped(const std::uint64_t* keys, const std::size_t* at,
-                                   int logBuckets, double least) {
+namespace {
+
+// Bits of the bitmap for a bucket of `size` keys: 16 a key, from 2^9 to 2^18.
+int bitmap_bits(std::size_t size) {
+  int bits = 9;
+  while (bits < 18 && (std::size_t{1} << bits) < 16 * size) ++bits;
+  return bits;
+}
+
+// The top count of most_frequent_grouped, with the first position of a bit held as Position.
+template <class Position>
+MostFrequent count_buckets(const std::uint64_t* keys, const std::size_t* at, int logBuckets,
+                           std::size_t largest) {
   const std::size_t buckets = std::size_t{1} << logBuckets;
-  const std::size_t m = at[buckets];
-  if (m == 0) return MostFrequent{};
-  std::size_t largest = 0;
-  for (std::size_t b = 0; b < buckets; ++b) largest = std::max(largest, at[b + 1] - at[b]);
-  constexpr int kMinBits = 9, kMaxBits = 18;
-  auto bits_for = [](std::size_t size) {
-    int bits = kMinBits;
-    while (bits < kMaxBits && (std::size_t{1} << bits) < 32 * size) ++bits;
-    return bits;
-  };
-  const int mostBits = bits_for(largest);
+  const int mostBits = bitmap_bits(largest);
   const Block<std::uint64_t> seenBlock(std::size_t{1} << (mostBits - 6)), repeats(largest);
-  const Block<std::uint32_t> firstBlock(std::size_t{1} << mostBits);
+  const Block<Position> firstBlock(std::size_t{1} << mostBits);
   std::uint64_t* seen = seenBlock.get();
-  std::uint32_t* first = firstBlock.get();
+  Position* first = firstBlock.get();
   std::uint64_t* list = repeats.get();
   KeyCounter counter;
-  std::size_t top = 1, ties = 0;
-  double value = HUGE_VAL;
+  MostFrequent best{HUGE_VAL, 1, 0};
   for (std::size_t b = 0; b < buckets; ++b) {
     const std::uint64_t* k = keys + at[b];
     const std::size_t size = at[b + 1] - at[b];
     if (size < 2) continue;
-    const int bits = bits_for(size);
+    const int bits = bitmap_bits(size);
     const int shift = 64 - logBuckets - bits;
     const std::uint64_t mask = (std::uint64_t{1} << bits) - 1;
     std::fill(seen, seen + (std::size_t{1} << (bits - 6)), std::uint64_t{0});
     std::size_t listed = 0;
     for (std::size_t i = 0; i < size; ++i) {
+      __builtin_prefetch(k + i + 64);
       const std::uint64_t j = (k[i] >> shift) & mask;
       const std::uint64_t bit = std::uint64_t{1} << (j & 63);
       const std::uint64_t word = seen[j >> 6];
@@ -317,7 +311,7 @@ MostFrequent most_frequent_grouped(const std::uint64_t* keys, const std::size_t*
         continue;
       }
       seen[j >> 6] = word | bit;
-      first[j] = static_cast<std::uint32_t>(i);
+      first[j] = static_cast<Position>(i);
     }
     if (listed == 0) continue;
     counter.reset(listed);
@@ -333,20 +327,38 @@ MostFrequent most_frequent_grouped(const std::uint64_t* keys, const std::size_t*
       counter.set_count(i, count);
       most = std::max(most, count);
     }
-    if (most < top) continue;
-    if (most > top) {
-      top = most;
-      ties = 0;
-      value = HUGE_VAL;
-    }
+    if (most < best.count) continue;
+    if (most > best.count) best = MostFrequent{HUGE_VAL, most, 0};
     for (std::size_t i = 0; i < counter.used(); ++i) {
-      if (counter.count(i) != top) continue;
-      ++ties;
-      value = std::min(value, group_value(counter.key(i)));
+      if (counter.count(i) != most) continue;
+      ++best.ties;
+      best.value = std::min(best.value, group_value(counter.key(i)));
     }
   }
-  if (top == 1) return MostFrequent{least, 1, m};
-  return MostFrequent{value, top, ties};
+  return best;
+}
+
+}  // namespace
+
+// Each bucket is read once while the cache holds it. A bitmap of 16 bits a key, indexed by the
+// key bits below the bucket's, marks the bits taken, and a table beside it keeps the position
+// of the key that took each. A key whose bit is taken joins a short list: every repeat of a
+// value does, and the few distinct values that share a bit. Counted exactly, a value of the list
+// occurs that often, plus once if it took its bit first. Data whose values are nearly all
+// distinct list a few per cent of the keys; data with many repeats list them all, counted in a
+// table as large as their distinct values.
+MostFrequent most_frequent_grouped(const std::uint64_t* keys, const std::size_t* at,
+                                   int logBuckets, double least) {
+  const std::size_t buckets = std::size_t{1} << logBuckets;
+  const std::size_t m = at[buckets];
+  if (m == 0) return MostFrequent{};
+  std::size_t largest = 0;
+  for (std::size_t b = 0; b < buckets; ++b) largest = std::max(largest, at[b + 1] - at[b]);
+  const MostFrequent best = largest <= 0xFFFF
+                                ? count_buckets<std::uint16_t>(keys, at, logBuckets, largest)
+                                : count_buckets<std::uint32_t>(keys, at, logBuckets, largest);
+  if (best.count == 1) return MostFrequent{least, 1, m};
+  return best;
 }
 
 // Two reads of the data: one counts the keys of each bucket, the other copies them there; then

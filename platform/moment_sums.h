@@ -35,7 +35,8 @@ struct FirstSums {
 
 // The first pass can also count, for the mode, the values of each bucket of keys
 // (kernels::group_key, group_bucket): counts[b] grows by the values of bucket b < 2^logBuckets,
-// counts[2^logBuckets] by the points that have none (NANUM, NaN). Weights are not looked at.
+// counts[2^logBuckets] by the points that have none (NANUM, NaN) and by the lanes of the last
+// vector past the data. Weights are not looked at.
 // `counted` tells that a pass did so.
 struct KeyCounts {
   int logBuckets = 0;
@@ -69,8 +70,8 @@ double deviation_scale(double maxAbs);
 
 // What the second pass can gather besides, over the values that are not NANUM (weights not
 // looked at): the keys of the values for the mode, each written at keys[next[b]++] for its
-// bucket b (next[2^logBuckets] a spare slot for the points without one, left where it is),
-// and the logarithms for the geometric SD.
+// bucket b, the points without one (and the lanes past the data) in the spare bucket
+// 2^logBuckets, whose room the first pass counted; and the logarithms for the geometric SD.
 struct LogSums {
   double sum = 0;            // sum of d = ln x - shift
   double sumSquares = 0;     // sum of d^2, both compensated
