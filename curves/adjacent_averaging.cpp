@@ -38,6 +38,10 @@ public:
   }
   // False when the finite values' sum has left the double range.
   bool in_range() const { return s_ - s_ == 0 && c_ - c_ == 0; }
+  // Some values, all of them finite: the mean is the sum's, quick_mean() (not finite when the
+  // sum has left the range).
+  bool ordinary() const { return count_ > 0 && special_ == 0; }
+  double quick_mean() const { return (s_ + c_) / countD_; }
   double mean() const {
     if (count_ == 0) return NANUM;
     if (special_ != 0) {
@@ -63,6 +67,7 @@ private:
   void step(double v, int sign) {
     if (v == NANUM) return;
     count_ += sign;
+    countD_ = static_cast<double>(count_);
     if (v - v == 0) {
       double e;
       s_ = CompensatedSum::two_sum(s_, sign > 0 ? v : -v, e);
@@ -75,7 +80,7 @@ private:
     else negInf_ += sign;
   }
 
-  double s_ = 0, c_ = 0;
+  double s_ = 0, c_ = 0, countD_ = 0;
   std::ptrdiff_t count_ = 0, special_ = 0, nan_ = 0, posInf_ = 0, negInf_ = 0;
 };
 
@@ -103,8 +108,13 @@ void running_average(const PaddedSource& at, std::ptrdiff_t n, std::ptrdiff_t ha
     const double* x = at.src;
     for (; i <= last; ++i) {
       const double in = x[i + half], gone = x[i - half - 1];
-      if (plain(in) && plain(gone)) {
+      if (plain(in) && plain(gone) && m.ordinary()) {
         m.exchange(in, gone);
+        const double v = m.quick_mean();
+        if (v - v == 0) {
+          out[i] = v;
+          continue;
+        }
       } else {
         m.remove(gone);
         m.add(in);
@@ -113,6 +123,8 @@ void running_average(const PaddedSource& at, std::ptrdiff_t n, std::ptrdiff_t ha
       hi = i + half;
       settle(i);
     }
+    lo = last - half;
+    hi = last + half;
   }
   for (; i < n; ++i) generic(i);
 }

@@ -109,23 +109,30 @@ namespace {
 
 constexpr int kErrArgument = ZOMATH_ERR_BAD_ARGUMENT;
 
-// The order-m polynomial fitted to y[0..w) at x = 0..w-1 (zomath_polynomial_fit), or its
-// nDeriv-th derivative, at x = from, from + 1, ... into out[0..count). NANUM throughout when
+// The order-m polynomial fitted to y[0..w) at the indices 0..w-1 (zomath_polynomial_fit), or
+// its nDeriv-th derivative, at the indices from, from + 1, ... into out[0..count). The fit runs
+// in t = (index - centre) / 2^e within [-1, 1], the same polynomial with well-scaled powers;
+// derivatives in index units are those in t times 2^(-e nDeriv), exactly. NANUM throughout when
 // the fit has no values (too few points that are not NANUM, a NaN, a failed solve).
 void end_fit(const double* y, int w, int m, int nDeriv, int from, int count, double* out) {
   if (count <= 0) return;
-  std::vector<double> x = platform::buffer<double>(w);
-  for (int i = 0; i < w; ++i) x[i] = i;
+  const double centre = (w - 1) / 2.0;
+  int e = 0;
+  while ((1LL << e) < centre) ++e;
+  const double unit = std::ldexp(1.0, -e);
+  std::vector<double> t = platform::buffer<double>(w);
+  for (int i = 0; i < w; ++i) t[i] = (i - centre) * unit;
   std::vector<FitParameter> fit = platform::buffer<FitParameter>(m + 1);
-  const int rc = zomath_polynomial_fit(w, x.data(), y, nullptr, m, nullptr, fit.data(), m + 1,
+  const int rc = zomath_polynomial_fit(w, t.data(), y, nullptr, m, nullptr, fit.data(), m + 1,
                                        nullptr, nullptr, nullptr, nullptr, nullptr, 0);
   // Coefficients of the derivative: a_j (j + 1) ... (j + nDeriv) for j = 0..m - nDeriv.
   std::vector<double> a = platform::buffer<double>(m + 1);
   bool ok = rc >= 0;
+  const double back = std::ldexp(1.0, -e * nDeriv);
   for (int j = 0; ok && j + nDeriv <= m; ++j) {
     const double v = fit[j + nDeriv].value;
     ok = v != NANUM;
-    double f = 1;
+    double f = back;
     for (int r = 1; r <= nDeriv; ++r) f *= j + r;
     a[j] = v * f;
   }
@@ -134,9 +141,9 @@ void end_fit(const double* y, int w, int m, int nDeriv, int from, int count, dou
       out[i] = NANUM;
       continue;
     }
-    const double t = from + i;
+    const double at = (from + i - centre) * unit;
     double v = a[m - nDeriv];
-    for (int j = m - nDeriv - 1; j >= 0; --j) v = v * t + a[j];
+    for (int j = m - nDeriv - 1; j >= 0; --j) v = v * at + a[j];
     out[i] = v;
   }
 }
@@ -159,9 +166,8 @@ int savitzky_golay(const double* pSrc, double* pDst, unsigned int nSize, int nLe
 
   if (nBoundary == kBoundaryShrink) {
     // The first and last windows are fitted whole: with nDeriv 0 the first fit gives outputs
-    // 0..nLeft, otherwise 0..nLeft - 1; the last fit gives the last nRight. The fits run on
-    // x = 0..w-1 for both ends, the same polynomials as on the data's own indices, with small
-    // powers.
+    // 0..nLeft, otherwise 0..nLeft - 1; the last fit gives the last nRight. Both fits count
+    // the window's own indices from 0, the same polynomials as on the data's indices.
     const int head = nDeriv == 0 ? nLeft + 1 : nLeft;
     end_fit(src, w, nOrder, nDeriv, 0, head, pDst);
     end_fit(src + (n - w), w, nOrder, nDeriv, nLeft + 1, nRight, pDst + (n - nRight));

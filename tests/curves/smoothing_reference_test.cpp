@@ -65,15 +65,15 @@ TEST(SmoothingReference, SavitzkyGolayWeights) {
 }
 
 TEST(SmoothingReference, SavitzkyGolayFilter) {
-  // Every boundary, symmetric and one-sided windows, a window as long as the data, data offset
-  // by 2.5e7: within 1e-12 of the data's largest magnitude (the end fits of the polynomial
-  // regression carry most of it).
+  // Every boundary, symmetric and one-sided windows, a window as long as the data, orders up to
+  // 10, data offset by 2.5e7: within a few roundings of the data's largest magnitude, 7 at
+  // the order-10 end fit (the target is 1e-12).
   const ErrorStats stats = compare("curves/filter_savgol.csv", [](const std::vector<double>& a,
                                                                  const std::vector<double>& y,
                                                                  std::vector<double>& out) {
     return zomath_savitsky_golay(y.data(), out.data(), y.size(), a[1], a[2], a[3], a[4], a[5]);
   });
-  EXPECT_LT(stats.worst(), 1e-12) << stats.describe();
+  EXPECT_LT(stats.worst(), 4e-15) << stats.describe();
 }
 
 TEST(SmoothingReference, AdjacentAveraging) {

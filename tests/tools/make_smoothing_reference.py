@@ -293,16 +293,22 @@ def main():
     cases += [(1, 2, 2, 1, 1, b) for b in range(6)]
     cases += [(1, 10, 10, 5, 2, b) for b in (0, 1, 2, 3, 4, 5)]
     cases += [(1, 4, 0, 1, 0, 0), (1, 4, 0, 1, 0, 2), (1, 0, 6, 4, 3, 0), (1, 0, 6, 4, 3, 3),
-              (1, 23, 24, 3, 0, 0), (1, 23, 24, 3, 1, 4), (2, 7, 7, 2, 1, 0), (2, 7, 7, 2, 1, 4)]
-    rows, worst = [], 0.0
+              (1, 23, 24, 3, 0, 0), (1, 23, 24, 3, 1, 4), (2, 7, 7, 2, 1, 0), (2, 7, 7, 2, 1, 4),
+              (1, 20, 20, 10, 0, 0), (1, 15, 15, 8, 2, 0)]
+    rows, worst, high = [], 0.0, []
     for s, nl, nr, order, deriv, b in cases:
         y = sets[s]
         out = savgol(y, nl, nr, order, deriv, b)
         diff = check_savgol_against_scipy(y, nl, nr, order, deriv, b, out)
-        if diff is not None:
+        if diff is not None and order <= 5:
             worst = max(worst, diff)
+        elif diff is not None:
+            high.append("order %d: %.1e" % (order, diff))
         rows += [(s, nl, nr, order, deriv, b, i, v, scale_of(y)) for i, v in enumerate(out)]
-    print("savgol_filter, correlate1d: worst difference %.2e of the data scale" % worst)
+    # At orders 8 and 10 SciPy's end fits (np.polyfit in powers of 0..w-1) lose digits; a fit
+    # in centred powers agrees with the exact one within 5e-15.
+    print("savgol_filter, correlate1d: worst difference %.2e of the data scale up to order 5; %s"
+          % (worst, ", ".join(high)))
     write("filter_savgol.csv", "zomath_savitsky_golay",
           "set,nLeft,nRight,order,deriv,boundary,index,value,scale", rows)
 
