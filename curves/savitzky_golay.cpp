@@ -16,35 +16,57 @@
 
 namespace zomath::curves {
 
+namespace {
+
+// The power sums, the residuals and the solution carry about 34 digits where the compiler has a
+// quadruple type, so that refinement through the double LU reaches the weights' last bit for
+// any order whose equations double precision can factorise at all.
+#if defined(__SIZEOF_FLOAT128__)
+using Wide = __float128;
+#else
+using Wide = long double;
+#endif
+
+Wide magnitude(Wide x) { return x < 0 ? -x : x; }
+
+}  // namespace
+
 int savgol_coefficients(int nLeft, int nRight, int nOrder, int nDeriv, double* c) {
   if (nLeft < 0 || nRight < 0 || nOrder < 0 || nDeriv < 0 || nDeriv > nOrder ||
       static_cast<long long>(nLeft) + nRight < nOrder)
     return kSavgolBadShape;
   const int p = nOrder + 1;
-  // Offsets in units of 2^e >= the reach, t = k / 2^e in [-1, 1]: the same equations scaled
-  // exactly, with entries between 0 and w rather than up to reach^(2 order).
+  const long long w = static_cast<long long>(nLeft) + nRight + 1;
+  // The same least-squares problem in t = (k - mid) / 2^e, mid the window's middle offset and
+  // 2^e at least its half width: t runs symmetrically within [-1, 1], which keeps the equations
+  // as well conditioned as they can be, one-sided windows included. The weights wanted are then
+  // those of q^(nDeriv)(t0) / nDeriv! 2^(-e nDeriv), q the fit in t and t0 the offset 0:
+  // A b = g with g_j = C(j, nDeriv) t0^(j - nDeriv), and c_k = 2^(-e nDeriv) sum b_j t_k^j.
+  const Wide halfWidth = Wide(w - 1) / 2;
   int e = 0;
-  while ((1LL << e) < std::max(nLeft, nRight)) ++e;
-  const long double unit = std::ldexp(1.0L, -e);
-  // Power sums S[q] = sum of t^q, each side summed apart so that odd powers of a symmetric
-  // window cancel exactly.
-  std::vector<long double> sums = platform::buffer<long double>(2 * static_cast<std::size_t>(nOrder) + 1);
-  auto side = [&](int reach, long double sign) {
-    std::vector<long double> part = platform::buffer<long double>(sums.size());
-    for (int k = 1; k <= reach; ++k) {
-      const long double t = k * unit;
-      long double tq = 1;
-      for (long double& s : part) {
-        s += tq;
-        tq *= t;
-      }
+  while (static_cast<Wide>(1LL << e) < halfWidth) ++e;
+  const Wide unit = Wide(1) / static_cast<Wide>(1LL << e);
+  const Wide mid = Wide(static_cast<long long>(nRight) - nLeft) / 2;
+  // Power sums S[q] = sum of t^q over the window: the odd ones vanish, the even ones are twice
+  // the sum over t > 0 (and t = 0 adds 1 to S[0]).
+  std::vector<Wide> sums = platform::buffer<Wide>(2 * static_cast<std::size_t>(nOrder) + 1);
+  for (long long m = 0; m < w; ++m) {
+    const Wide u = Wide(m) - halfWidth;
+    if (u < 0) continue;
+    const Wide t = u * unit;
+    Wide tq = 1;
+    for (std::size_t q = 0; q < sums.size(); q += 2) {
+      sums[q] += u == 0 ? Wide(q == 0 ? 1 : 0) : 2 * tq;
+      tq *= t * t;
     }
-    long double sq = 1;
-    for (std::size_t q = 0; q < sums.size(); ++q, sq *= sign) sums[q] += sq * part[q];
-  };
-  sums[0] = 1;  // the offset 0
-  side(nRight, 1);
-  side(nLeft, -1);
+  }
+  std::vector<Wide> g = platform::buffer<Wide>(p);
+  const Wide t0 = -mid * unit;
+  for (int j = nDeriv; j < p; ++j) {
+    Wide v = 1;  // C(j, nDeriv) t0^(j - nDeriv)
+    for (int r = 1; r <= j - nDeriv; ++r) v = v * (nDeriv + r) / r * t0;
+    g[j] = v;
+  }
 
   std::vector<double> lu = platform::buffer<double>(static_cast<std::size_t>(p) * p);
   for (int i = 0; i < p; ++i)
@@ -52,37 +74,48 @@ int savgol_coefficients(int nLeft, int nRight, int nOrder, int nDeriv, double* c
   std::vector<int> pivots = platform::buffer<int>(p);
   platform::NagError fail;
   if (platform::lu_factor(p, p, lu.data(), p, pivots.data(), fail) != 0) return kSavgolSingular;
-  // Solve A b = e_nDeriv, then refine: the residual of the long double solution against the
-  // long double sums, corrected through the same factors, until the step stops shrinking.
+  // Solve A b = g, then refine: the residual of the wide solution against the wide sums,
+  // corrected through the same factors, until the step stops shrinking.
   std::vector<double> rhs = platform::buffer<double>(p);
-  std::vector<long double> b = platform::buffer<long double>(p);
-  long double lastStep = INFINITY;
-  for (int round = 0; round < 10; ++round) {
+  std::vector<Wide> b = platform::buffer<Wide>(p);
+  Wide lastStep = -1;
+  for (int round = 0; round < 12; ++round) {
     for (int i = 0; i < p; ++i) {
-      long double r = i == nDeriv ? 1 : 0;
+      Wide r = g[i];
       for (int j = 0; j < p; ++j) r -= sums[i + j] * b[j];
       rhs[i] = static_cast<double>(r);
     }
     if (platform::lu_solve(p, 1, lu.data(), p, pivots.data(), rhs.data(), 1, fail) != 0)
       return kSavgolSingular;
-    long double step = 0, size = 0;
+    Wide step = 0, size = 0;
     for (int j = 0; j < p; ++j) {
       b[j] += rhs[j];
-      step = std::max(step, std::fabs(static_cast<long double>(rhs[j])));
-      size = std::max(size, std::fabs(b[j]));
+      step = std::max(step, magnitude(rhs[j]));
+      size = std::max(size, magnitude(b[j]));
     }
     if (!(size - size == 0)) return kSavgolSingular;
-    if (step <= size * 1e-19L || step > lastStep / 2) break;
+    if (step <= size * Wide(1e-30) || (lastStep >= 0 && step > lastStep / 2)) break;
     lastStep = step;
   }
-  // c_k = 2^(-e nDeriv) sum b_j t_k^j.
-  const long double back = std::ldexp(1.0L, -e * nDeriv);
+  // c_k = 2^(-e nDeriv) sum b_j t_k^j. The last correction (rhs), carried to the weights the
+  // same way, says how far they may still be off: b itself is poorly determined along the
+  // equations' ill-conditioned directions, which the weights hardly see, so it is the weights'
+  // change that counts.
+  Wide back = 1;
+  for (int d = 0; d < nDeriv; ++d) back *= unit;
+  Wide largest = 0, change = 0;
   for (int k = -nLeft; k <= nRight; ++k) {
-    const long double t = k * unit;
-    long double v = b[p - 1];
-    for (int j = p - 2; j >= 0; --j) v = v * t + b[j];
+    const Wide t = (k - mid) * unit;
+    Wide v = b[p - 1], dv = rhs[p - 1];
+    for (int j = p - 2; j >= 0; --j) {
+      v = v * t + b[j];
+      dv = dv * t + rhs[j];
+    }
+    largest = std::max(largest, magnitude(v));
+    change = std::max(change, magnitude(dv));
     c[k + nLeft] = static_cast<double>(v * back);
   }
+  if (!(change <= largest * Wide(kSavgolRefinedTo))) return kSavgolSingular;
   return 0;
 }
 

@@ -268,7 +268,8 @@ ZOMATH_API int zomath_adjave_smooth(const double* pSrc, double* pDst, unsigned i
  * and filter every point alike. NANUM is an ordinary number here (the end fits leave it out;
  * an end fit without values gives NANUM). pDst may be pSrc. Codes: -11, -18 (nLeft < 0,
  * nPolyOrder < 1, nDeriv < 0 or above the order, nBoundary > 5, window shorter than
- * nPolyOrder + 1 points or longer than nSize), -1 the coefficients could not be solved, -166. */
+ * nPolyOrder + 1 points or longer than nSize), -1 the weights could not be had to 15 digits
+ * (orders above about 22), -166. */
 ZOMATH_API int zomath_savitsky_golay(const double* pSrc, double* pDst, unsigned int nSize,
                                      int nLeft, int nRight, int nPolyOrder, int nDeriv,
                                      unsigned int nBoundary);
