@@ -180,12 +180,14 @@ int adjacent_average(const double* pSrc, double* pDst, unsigned int nSize, int n
   if (bWeighted && nBoundary == kBoundaryZero) return kErrWindow;
   const std::ptrdiff_t n = nSize, half = nHalf;
   const std::size_t reach = static_cast<std::size_t>(half);
-  std::vector<double> left = platform::buffer<double>(reach), right = platform::buffer<double>(reach);
+  std::vector<double> left = platform::buffer<double>(reach);
+  std::vector<double> right = platform::buffer<double>(reach);
   if (nBoundary == kBoundaryLinear) {
     // Position -k reads v0 + k (v0 - v1), from the first two values that are there; the same
     // from the right end.
     double a0 = 0, a1 = 0, b0 = 0, b1 = 0;
-    if (!end_pair(pSrc, n, 0, 1, a0, a1) || !end_pair(pSrc, n, n - 1, -1, b0, b1)) return kErrWindow;
+    if (!end_pair(pSrc, n, 0, 1, a0, a1) || !end_pair(pSrc, n, n - 1, -1, b0, b1))
+      return kErrWindow;
     for (std::size_t j = 0; j < reach; ++j) {
       left[j] = a0 + static_cast<double>(j + 1) * (a0 - a1);
       right[j] = b0 + static_cast<double>(j + 1) * (b0 - b1);

@@ -41,8 +41,8 @@ public:
   // Values other than NANUM in the window (NaN included): whether the percentile is asked.
   std::size_t present() const { return present_; }
   double percentile() const {
-    return order_.size() ? stats::percentile_of_sorted(order_.data(), order_.size(), percent_, rule_)
-                         : NANUM;
+    if (order_.size() == 0) return NANUM;
+    return stats::percentile_of_sorted(order_.data(), order_.size(), percent_, rule_);
   }
 
 private:
@@ -62,7 +62,8 @@ int percentile_filter(int nSize, const double* pSrc, double* pDst, int nHalf, do
   const std::ptrdiff_t n = nSize, half = nHalf;
   const bool shrink = nBoundary == kBoundaryShrink;
   const std::size_t reach = shrink ? 0 : static_cast<std::size_t>(half);
-  std::vector<double> left = platform::buffer<double>(reach), right = platform::buffer<double>(reach);
+  std::vector<double> left = platform::buffer<double>(reach);
+  std::vector<double> right = platform::buffer<double>(reach);
   if (!shrink) build_pads(pSrc, nSize, static_cast<int>(nBoundary), reach, reach, reach,
                           left.data(), right.data());
   std::vector<double> copy;

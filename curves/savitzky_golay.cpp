@@ -39,8 +39,8 @@ int savgol_coefficients(int nLeft, int nRight, int nOrder, int nDeriv, double* c
   const long long w = static_cast<long long>(nLeft) + nRight + 1;
   // The same least-squares problem in t = (k - mid) / 2^e, mid the window's middle offset and
   // 2^e at least its half width: t runs symmetrically within [-1, 1], which keeps the equations
-  // as well conditioned as they can be, one-sided windows included. The weights wanted are then
-  // those of q^(nDeriv)(t0) / nDeriv! 2^(-e nDeriv), q the fit in t and t0 the offset 0:
+  // as well conditioned as they can be, one-sided windows included. With q the fit in t and t0
+  // the offset 0, the weights wanted are those of q^(nDeriv)(t0) / nDeriv! times 2^(-e nDeriv):
   // A b = g with g_j = C(j, nDeriv) t0^(j - nDeriv), and c_k = 2^(-e nDeriv) sum b_j t_k^j.
   const Wide halfWidth = Wide(w - 1) / 2;
   int e = 0;
@@ -210,7 +210,8 @@ int savitzky_golay(const double* pSrc, double* pDst, unsigned int nSize, int nLe
   }
   // Padded: every output is the sum over its window; the first nLeft and the last nRight
   // windows read a short stretch of pads and data laid out in one buffer.
-  std::vector<double> left = platform::buffer<double>(nLeft), right = platform::buffer<double>(nRight);
+  std::vector<double> left = platform::buffer<double>(nLeft);
+  std::vector<double> right = platform::buffer<double>(nRight);
   build_pads(src, nSize, static_cast<int>(nBoundary), nLeft, nRight, 2, left.data(), right.data());
   correlate(src, static_cast<std::size_t>(n - w + 1), c.data(), w, pDst + nLeft);
   const std::size_t reach = static_cast<std::size_t>(nLeft) + nRight;
@@ -250,7 +251,8 @@ extern "C" int zomath_savitsky_golay_derivative(const double* pX, const double* 
   if (!pX || !pY || !pDeriv) return ZOMATH_ERR_NULL_POINTER;
   if (nSize >= 2 && platform::compare_doubles(pX[0], pX[1], '=')) return curves::kSavgolSingular;
   if (nRight == -1) nRight = nLeft;
-  if (nSize < 3 || nLeft < 1 || nRight < 1 || static_cast<long long>(nSize) < static_cast<long long>(nLeft) + nRight)
+  if (nSize < 3 || nLeft < 1 || nRight < 1 ||
+      static_cast<long long>(nSize) < static_cast<long long>(nLeft) + nRight)
     return ZOMATH_ERR_BAD_ARGUMENT;
   const int rc = zomath_savitsky_golay(pY, pDeriv, nSize, nLeft, nRight, nPolyOrder, nDeriv, 0);
   if (rc != 0) return rc;

@@ -6,7 +6,8 @@
 
 namespace zomath::platform {
 
-SortedWindow::SortedWindow(std::size_t capacity) : values_(buffer<double>(capacity ? capacity : 1)) {}
+SortedWindow::SortedWindow(std::size_t capacity)
+    : values_(buffer<double>(capacity ? capacity : 1)) {}
 
 std::size_t SortedWindow::lower_bound(double v) const {
   // Halving without a branch on the comparison, which on data is a coin toss.

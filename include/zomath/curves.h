@@ -219,7 +219,7 @@ ZOMATH_API int zomath_derivative(const double* pX, const double* pY, double* pDe
 #define ZOMATH_BOUNDARY_REPEAT 2   /* the end value */
 #define ZOMATH_BOUNDARY_PERIODIC 3 /* position -1 reads the last element, position n the first */
 #define ZOMATH_BOUNDARY_LINEAR 4   /* a straight line through the end data */
-#define ZOMATH_BOUNDARY_ZERO 5     /* zeros (Savitzky-Golay, percentiles); as 0 in plain averaging */
+#define ZOMATH_BOUNDARY_ZERO 5     /* zeros (Savitzky-Golay, percentiles); 0 in plain averaging */
 
 /* Methods of zomath_smooth and shapes of get_sampling_window_offset. */
 #define ZOMATH_SMOOTH_ADJACENT_AVERAGING 0
