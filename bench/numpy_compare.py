@@ -468,6 +468,37 @@ def row_row_ttest2(lib, rows, rng):
                lambda x, y: rel_close(x[0], y[0], 1e-10) + ", p " + rel_close(x[1], y[1], 1e-10))
 
 
+class ANOVATable(C.Structure):
+    _fields_ = [(f, C.c_double) for f in ("DOF1", "SSq1", "MeanSq1", "DOF2", "SSq2", "MeanSq2",
+                                          "DOF3", "SSq3", "MeanSq3", "FValue", "PValue")]
+
+
+def row_anova_one_way(lib, shape, rng, method=0):
+    """shape: (groups, points a group); unequal group means, one array of consecutive groups."""
+    import scipy.stats as st
+    k, m = shape
+    groups = [10 + 0.01 * g + rng.standard_normal(m) for g in range(k)]
+    x, sizes, table = np.concatenate(groups), np.full(k, m, dtype=np.int32), ANOVATable()
+
+    def run():
+        lib.zomath_anova_equal_variance_test(ptr(x), x.size, k, ptr(sizes, ip), None, 0,
+                                             C.byref(table), method)
+        return table.FValue, table.PValue
+
+    def ref():
+        r = st.levene(*groups, center="mean") if method else st.f_oneway(*groups)
+        return r.statistic, r.pvalue
+
+    # SciPy's F tail on 10^7 degrees of freedom is 1e-10 off (mpmath agrees with the library's).
+    name = "zomath_anova_equal_variance_test (Levene)" if method else "zomath_anova_one_way engine"
+    return Row(name, "%d x %d" % (k, m), run, ref, "levene(center='mean')" if method else "f_oneway",
+               lambda a, b: rel_close(a, b, 1e-9))
+
+
+def row_levene(lib, shape, rng):
+    return row_anova_one_way(lib, shape, rng, 1)
+
+
 def noisy_curve(rng, n):
     return np.sin(np.arange(n) * 1e-3) + 0.2 * rng.standard_normal(n)
 
@@ -557,6 +588,9 @@ ROWS = [
     (row_row_ttest2, 100_000),
     (row_polynomial_fit, (1_000_000, 2)),
     (row_polynomial_fit, (100_000, 5)),
+    (row_anova_one_way, (4, 2_500_000)),
+    (row_anova_one_way, (1000, 1000)),
+    (row_levene, (4, 2_500_000)),
     (row_adjave_smooth, 1_000_000),
     (row_savitsky_golay, 1_000_000),
     (row_median_filter, 1_000_000),
@@ -589,6 +623,7 @@ def declare(lib):
         "zomath_row_ttest2": (I, [I, I, dp, dp, D, I, dp, dp, dp]),
         "zomath_polynomial_fit": (I, [I, dp, dp, dp, I, C.c_void_p, C.c_void_p, I, C.c_void_p,
                                       C.c_void_p, dp, dp, dp, I]),
+        "zomath_anova_equal_variance_test": (I, [dp, I, I, ip, C.c_void_p, I, C.c_void_p, I]),
         "zomath_adjave_smooth": (I, [dp, dp, U, I, I, C.c_bool]),
         "zomath_savitsky_golay": (I, [dp, dp, U, I, I, I, I, U]),
         "zomath_median_filter": (I, [I, dp, dp, I, D, U, C.c_bool]),

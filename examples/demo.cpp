@@ -2,7 +2,8 @@
 // a companion array, summary kernels that skip missing readings, a t test with its confidence
 // interval, a least-squares trend by pseudo-inverse, and a few special function values; the
 // summary statistics of the readings as one table; a straight line and a quadratic fitted to a
-// calibration series, with their parameter and analysis of variance tables.
+// calibration series, with their parameter and analysis of variance tables; a one-way analysis of
+// variance of plot yields by fertiliser with Tukey's comparison of the means.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -270,6 +271,86 @@ void calibration_fits(const std::string& path) {
     fit_report("Quadratic: absorbance = c0 + c1 conc + c2 conc^2", quadNames, quad, 3, st, an);
 }
 
+
+// A one-way analysis of variance of plot yields by fertiliser, and which fertilisers differ by
+// Tukey's comparison, as a report shows them; Levene's test checks the equal spread it assumes.
+void fertiliser_anova(const std::string& path) {
+  std::vector<std::string> names;
+  std::vector<std::vector<double>> groups;
+  std::ifstream in(path);
+  for (std::string line; std::getline(in, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    const std::size_t comma = line.find(',');
+    const std::string name = line.substr(0, comma), value = line.substr(comma + 1);
+    if (names.empty() || names.back() != name) {
+      names.push_back(name);
+      groups.emplace_back();
+    }
+    groups.back().push_back(value.empty() ? NANUM : std::stod(value));
+  }
+  const int k = static_cast<int>(groups.size());
+  if (k < 2) return;
+  std::vector<double> data;
+  std::vector<int> sizes;
+  for (const auto& g : groups) {
+    data.insert(data.end(), g.begin(), g.end());
+    sizes.push_back(static_cast<int>(g.size()));
+  }
+  std::vector<tTestMeanResults> stats(k);
+  ANOVAFitSummary fit;
+  ANOVATable t, levene;
+  if (zomath_anova_one_way(data.data(), static_cast<int>(data.size()), k, sizes.data(),
+                           stats.data(), k, &fit, &t) != 0 || t.FValue == NANUM)
+    return;
+  std::printf("\nOne-way analysis of variance of %s: wheat yield (t/ha) by fertiliser\n",
+              path.c_str());
+  std::printf("  %-10s %3s %8s %8s %8s\n", "Fertiliser", "N", "Mean", "SD", "SEM");
+  for (int g = 0; g < k; ++g)
+    std::printf("  %-10s %3d %8.3f %8.3f %8.3f\n", names[g].c_str(), stats[g].N, stats[g].Mean,
+                stats[g].SD, stats[g].SEM);
+  std::printf("  %-8s %4s %15s %12s %9s %10s\n", "Source", "DF", "Sum of squares", "Mean square",
+              "F value", "Prob>F");
+  std::printf("  %-8s %4.0f %15.5f %12.5f %9.3f %10.3g\n", "Between", t.DOF1, t.SSq1, t.MeanSq1,
+              t.FValue, t.PValue);
+  std::printf("  %-8s %4.0f %15.5f %12.5f\n", "Within", t.DOF2, t.SSq2, t.MeanSq2);
+  std::printf("  %-8s %4.0f %15.5f\n", "Total", t.DOF3, t.SSq3);
+  std::printf("  R-squared %.4f, root MSE %.4f t/ha, coefficient of variation %.2f%%\n",
+              fit.RSquare, fit.RootMSE, 100 * fit.CoefVar);
+  if (zomath_anova_equal_variance_test(data.data(), static_cast<int>(data.size()), k,
+                                       sizes.data(), nullptr, 0, &levene, ANOVA_LEVENE) == 0)
+    std::printf("  Levene's test of equal spread: F = %.3f on %.0f and %.0f DF, p = %.3f\n",
+                levene.FValue, levene.DOF1, levene.DOF2, levene.PValue);
+  std::printf("  at the 5%% level the fertilisers %s the mean yield\n",
+              t.PValue < 0.05 ? "differ in" : "do not differ in");
+
+  // Tukey-Kramer comparison of every pair, from the group means and the within mean square.
+  const int m = k * (k - 1) / 2;
+  std::vector<double> means(k), diff(m), lcl(m), ucl(m), sem(m), stat(m), prob(m), alpha(m);
+  std::vector<int> counts(k), index(m), sig(m);
+  for (int g = 0; g < k; ++g) {
+    means[g] = stats[g].Mean;
+    counts[g] = stats[g].N;
+  }
+  if (zomath_anova_mean_comparison(means.data(), k, counts.data(), k, t.MeanSq2,
+                                   static_cast<int>(t.DOF2), 0.05, k, index.data(), m,
+                                   diff.data(), m, lcl.data(), m, ucl.data(), m, sem.data(), m,
+                                   stat.data(), m, prob.data(), m, sig.data(), m, alpha.data(), m,
+                                   COMPARE_TUKEY) != 0)
+    return;
+  std::printf("\nTukey-Kramer comparison of the means, 95%% simultaneous intervals:\n");
+  std::printf("  %-22s %10s %8s %8s %8s %8s\n", "Pair", "Difference", "Lower", "Upper", "Prob",
+              "Differ?");
+  int c = 0;
+  for (int i = 1; i < k; ++i)
+    for (int j = 0; j < i; ++j, ++c) {
+      const std::string pair = names[i] + " - " + names[j];
+      char p[16];
+      std::snprintf(p, sizeof p, prob[c] < 1e-4 ? "<0.0001" : "%.4f", prob[c]);
+      std::printf("  %-22s %10.3f %8.3f %8.3f %8s %8s\n", pair.c_str(), diff[c], lcl[c], ucl[c], p,
+                  sig[c] ? "yes" : "no");
+    }
+}
+
 // A noisy absorbance band smoothed by each filter, side by side, and its top found where the
 // cleaned Savitzky-Golay slope passes through zero.
 void smoothing_demo(const std::string& path) {
@@ -397,6 +478,7 @@ int main(int argc, char** argv) {
 
   named_functions(present);
   calibration_fits(ZOMATH_EXAMPLES_DATA_DIR "/calibration.csv");
+  fertiliser_anova(ZOMATH_EXAMPLES_DATA_DIR "/yields.csv");
   smoothing_demo(ZOMATH_EXAMPLES_DATA_DIR "/spectrum.csv");
   return 0;
 }

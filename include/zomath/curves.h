@@ -150,6 +150,42 @@ ZOMATH_API int zomath_mean_increment(unsigned int nSize, const double* pData, do
                                      int nSegments, double* pSDs, int* pnCounts,
                                      unsigned int nUsed);
 
+/* The order of a sequence judged by its mean step: 2 rising, 1 falling, 0 neither. Steps that
+ * are all equal answer by their sign (0 for none); otherwise one-sided t tests of the first
+ * differences against 0, rising first, answer when their probability is below 1 - dConfidence
+ * (so a confidence of 1 answers 0). Differences with a NANUM are left out; none left: 0.
+ * pMeanInc, pSDInc, pnCount (optional): as zomath_mean_increment with one segment. Codes: -15
+ * (nSize < 2, dConfidence outside 0..1 or NaN), then those of zomath_mean_increment (-11,
+ * -166). */
+ZOMATH_API int zomath_check_order(unsigned int nSize, const double* pData, double* pMeanInc,
+                                  double* pSDInc, int* pnCount, double dConfidence);
+
+/* zomath_check_order at confidence 0.8 on nCurves consecutive segments of nSize / nCurves points
+ * (the last taking the rest): 2 all rising, 1 all falling or all without order, 0 segments that
+ * disagree. Every segment is judged; the optional arrays get one entry a segment. Codes: -2
+ * (nSize 0, nCurves < 1, segments below 2 points), -8 null pData. */
+ZOMATH_API int zomath_check_order_curve(unsigned int nSize, const double* pData, int nCurves,
+                                        double* pMeanInc, double* pSDInc, int* pnCounts);
+
+/* zomath_check_order_curve on the x of each curve with nSegments segments, read the other way
+ * round: 0 the curves agree on an order (rising or falling), 1 they agree on none, 2 they
+ * disagree. The optional arrays get nSegments entries a curve, curve after curve. Codes: -2
+ * (nCurves < 2), -8 (null pCurves, or a null pX or pY in it), or the first curve's failure. */
+ZOMATH_API int zomath_check_order_multiple_curves(unsigned int nCurves, const CurveRecord* pCurves,
+                                                  int nSegments, double* pMeanInc,
+                                                  double* pSDInc, int* pnCounts);
+
+/* How far from nStart (counted from the far end when bForward is false) the points stay one
+ * straight line. A window of 3 steps (nStep, or a tenth of the span nSize * dFraction when not
+ * positive) walks over the span, step by step, until the intercept of its line fit differs from
+ * that of the first fit (from the start to |nInitial| points on, or 3 steps for 0) by more than
+ * dFactor of its standard error, or it cannot be fitted. *pnEnd: the end of the last window that
+ * passed, start when none did, the span's last index when all did. Codes: -11 (pX, pY, pnEnd),
+ * -18 (nSize 0 or above INT_MAX, nStart >= nSize, dFraction negative or NaN, dFactor NaN). */
+ZOMATH_API int zomath_check_linear(unsigned int nSize, const double* pX, const double* pY,
+                                   int* pnEnd, double dFraction, double dFactor,
+                                   unsigned int nStart, bool bForward, int nInitial, int nStep);
+
 /* Merges, in place, runs of neighbours whose x gaps are within dTolerance (1e-8 when not
  * positive) times the x range: the run becomes one point at its middle x with the median
  * (nMode 1), minimum (2), maximum (3), sum (4) or mean (other values below 5) of its y, NANUM

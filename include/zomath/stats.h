@@ -563,6 +563,182 @@ ZOMATH_API int zomath_two_sample_confidence_levels_for_variance(int nLevels,
                                                                 const int* pSizes, double* pLCLs,
                                                                 double* pUCLs);
 
+/* ============================================================================================
+ * Analysis of variance
+ * ============================================================================================
+ *
+ * Groups are consecutive stretches of one data array, given by their sizes; NANUM points are
+ * left out of their group. Sums of squares are formed from group means known to twice a
+ * double's precision, so a constant far larger than the spread (1e12 + 0.1 x) costs no digits.
+ * F probabilities are upper tails P(F > f), computed directly. A table's doubles start NANUM
+ * and its counts 0 (group and level counts -1), so a failed call leaves missing values.
+ *
+ * Codes: -98 sizes that don't fit together (group sizes adding to more than nSize, more groups
+ * than records, an output shorter than the pairs it must hold, fewer than one level); -150 the
+ * corrected total of a fitted model could not be had; -151 nMethod, bInteraction, nCompareMethod
+ * or a factor level out of range; -156 a null pointer; -166 no memory; -170 nDOF below 1; -196
+ * dSigLevel not strictly between 0 and 1; positive: the code of the regression under the
+ * two-way table, or of the simultaneous intervals. */
+
+enum {
+  ANOVA_LEVENE = 1,   /* Levene's test: |x - group mean| */
+  ANOVA_LEVENESQ = 2, /* (x - group mean)^2 */
+  ANOVA_BROWN = 3     /* Brown and Forsythe's test: |x - group median| */
+};
+
+enum {
+  COMPARE_TUKEY = 1,           /* Tukey-Kramer: the studentized range */
+  COMPARE_BONFERRONI = 2,      /* two-tailed t times the number of pairs, at most 1 */
+  COMPARE_SIDAK = 3,           /* 1 - (1 - two-tailed t)^(number of pairs) */
+  COMPARE_FISHER_LSD = 4,      /* two-tailed t */
+  COMPARE_SCHEFFE = 5,         /* upper F of t^2 / (k - 1) on k - 1 and nDOF degrees */
+  COMPARE_NONE = 6,            /* accepted; nothing is computed */
+  COMPARE_HOLM_BONFERRONI = 7, /* two-tailed t, Holm's step-down thresholds alpha / (m - c) */
+  COMPARE_HOLM_SIDAK = 8       /* two-tailed t, thresholds 1 - (1 - alpha)^(1 / (m - c)) */
+};
+
+enum {
+  ZOMATH_ANOVA_ERR_SIZES = -98,      /* sizes that don't fit together */
+  ZOMATH_ANOVA_ERR_FIT = -150,       /* zomath_nlsf_anova: no corrected total */
+  ZOMATH_ANOVA_ERR_DOF = -170,       /* nDOF below 1 */
+  ZOMATH_ANOVA_ERR_SIG_LEVEL = -196  /* dSigLevel not strictly between 0 and 1 */
+};
+
+/* A one-way table: between groups (model), within groups (error), total. */
+typedef struct ANOVATable {
+  double DOF1;
+  double SSq1;
+  double MeanSq1;
+  double DOF2;
+  double SSq2;
+  double MeanSq2;
+  double DOF3;
+  double SSq3;
+  double MeanSq3; /* always NANUM */
+  double FValue;  /* MeanSq1 / MeanSq2 */
+  double PValue;  /* P(F > FValue) on DOF1 and DOF2 degrees */
+} ANOVATable;
+
+typedef struct ANOVAFitSummary {
+  double RSquare;   /* SSq1 / SSq3; 0 for constant data */
+  double CoefVar;   /* RootMSE / GrandMean */
+  double RootMSE;   /* sqrt(MeanSq2) */
+  double GrandMean; /* mean of the valid points of all groups */
+} ANOVAFitSummary;
+
+/* Statistics of one level, one cell or all data of a two-way layout. */
+typedef struct ANOVA2TotalStats {
+  int N; /* observations, missing ones included */
+  double Mean;
+  double SD;
+  double SEM;
+  double VAR;
+  int Missing;    /* observations whose value is NANUM */
+  int NonMissing; /* N - Missing */
+} ANOVA2TotalStats;
+
+typedef struct ANOVA2TableRow {
+  int DOF;
+  double SSq;
+  double MeanSq;
+  double FValue;
+  double PValue;
+} ANOVA2TableRow;
+
+typedef struct ANOVA2Table {
+  ANOVA2TableRow FactorA;
+  ANOVA2TableRow FactorB;
+  ANOVA2TableRow Interaction;
+  ANOVA2TableRow Model;
+  ANOVA2TableRow Error;
+  ANOVA2TableRow CorrectedTotal;
+} ANOVA2Table;
+
+/* The one-way analysis of nGroups groups, pGroupSizes[g] points each, read in turn from the
+ * start of pData (a tail beyond their sum is not read). Into pGroupStats[g] N, Mean, SD, SEM of
+ * the group's valid points (DOF, tValue, Prob keep -1 and NANUM). k, the groups with a valid
+ * point, give DOF1 = k - 1 and DOF2 = n - k. F and its probability need n > 2, k > 1, data not
+ * all equal and MeanSq2 above 0. pGroupStats, pFit and pTable may be null. Returns 0; -156 a
+ * null pData or pGroupSizes; -98 a negative size, nGroups above nGroupStats (with pGroupStats)
+ * or group sizes adding to more than nSize; -166 no memory. */
+ZOMATH_API int zomath_anova_one_way(const double* pData, int nSize, int nGroups,
+                                    const int* pGroupSizes, tTestMeanResults* pGroupStats,
+                                    int nGroupStats, ANOVAFitSummary* pFit, ANOVATable* pTable);
+
+/* The one-way table of the groups' values after the transform of nMethod: 0 and 4 none,
+ * ANOVA_LEVENE |x - mean|, ANOVA_LEVENESQ (x - mean)^2, ANOVA_BROWN |x - median| (the centre is
+ * the group's own); pGroupStats receives the statistics of the transformed values. Codes as
+ * zomath_anova_one_way, and -151 nMethod outside 0..4. */
+ZOMATH_API int zomath_anova_equal_variance_test(const double* pData, int nSize, int nGroups,
+                                                const int* pGroupSizes,
+                                                tTestMeanResults* pGroupStats, int nGroupStats,
+                                                ANOVATable* pTable, int nMethod);
+
+/* Pairwise comparison of k = nGroups means with counts pCounts and the error mean square dMSE on
+ * nDOF degrees. The m = k (k - 1) / 2 pairs run (1,0), (2,0), (2,1), (3,0), ...: pIndex the pair
+ * number, pDiff mean i - mean j, pSEM sqrt(dMSE (1/n_i + 1/n_j)), pStat and pProb by
+ * nCompareMethod (COMPARE_*), pLCL and pUCL the simultaneous limits at 1 - dSigLevel (methods 1
+ * to 5, only when every pair has a positive finite pSEM), pSig 1 where a pair differs. The Holm
+ * methods sort the pairs by pProb (the unusable last) and mark them while pProb <= pAlpha, the
+ * thresholds in order; pAlpha is dSigLevel for the other methods. Each output holds
+ * nComparisons >= m values (the size arguments say how many it has); start values 0 and NANUM.
+ * Returns 0; -196 dSigLevel outside (0, 1); -151 nCompareMethod outside 1..8, or for the Holm
+ * methods sizes of pProb and pAlpha that differ; -156 a null array; -98 a size too small or
+ * negative; -170 nDOF below 1; -166 no memory; positive: the intervals could not be formed. */
+ZOMATH_API int zomath_anova_mean_comparison(
+    const double* pMeans, int nMeans, const int* pCounts, int nCounts, double dMSE, int nDOF,
+    double dSigLevel, int nGroups, int* pIndex, int nComparisons, double* pDiff, int nDiff,
+    double* pLCL, int nLCL, double* pUCL, int nUCL, double* pSEM, int nSEM, double* pStat,
+    int nStat, double* pProb, int nProb, int* pSig, int nSig, double* pAlpha, int nAlpha,
+    int nCompareMethod);
+
+/* The two-way table of pData by the factors pFactorA and pFactorB (level numbers 1..nLevelsA and
+ * 1..nLevelsB, one a point), with the interaction when bInteraction is 1. Statistics of each
+ * level into pStatsA[nLevelsA] and pStatsB[nLevelsB], of all data into pTotal, of cell (a, b)
+ * into pCells[(a - 1) nLevelsB + (b - 1)] (each may be null). The NANUM points are dropped and
+ * the rest regressed on effect-coded columns (a level of a factor against its last level);
+ * type III sums: the residual sum of the model without a source's columns less the full one's,
+ * on the rank they remove. Constant data: sums and mean squares 0, no F. Returns 0; -151
+ * bInteraction not 0 or 1, or a level out of range; -156 a null pData or factor; -98 nSize
+ * below 0, a level count below 1 or more cells than an int counts; -166 no memory; positive:
+ * the regression's code. */
+ZOMATH_API int zomath_stats_anova_two_way_compute_anova_table(
+    int bInteraction, const int* pFactorA, int nLevelsA, const int* pFactorB, int nLevelsB,
+    const double* pData, int nSize, ANOVA2TotalStats* pStatsA, ANOVA2TotalStats* pStatsB,
+    ANOVA2TotalStats* pTotal, ANOVA2TotalStats* pCells, ANOVA2Table* pTable);
+
+/* The valid values (not NANUM) of each cell of a two-way layout whose factors take any int
+ * values: *pnLevelsA and *pnLevelsB the distinct values of each, and pCounts[i nB + j] the count
+ * at the i-th smallest value of A and the j-th smallest of B. pCounts may be null (only the
+ * level counts). Returns 0; -156 a null pData, factor or level count; -98 nSize below 0, or
+ * nCounts below nA nB (the level counts are written); -166 no memory. */
+ZOMATH_API int zomath_anova2_count_values_per_cell(int nSize, const double* pData,
+                                                   const int* pFactorA, const int* pFactorB,
+                                                   int* pnLevelsA, int* pnLevelsB, int* pCounts,
+                                                   int nCounts);
+
+/* zomath_anova_mean_comparison of the levels of one factor, from their statistics (Mean, and
+ * NonMissing as the count) and the error row of the two-way table (dDOF truncated to an int).
+ * Returns -151 for dSigLevel outside (0, 1) or nCompareMethod outside 1..8, -156 a null
+ * pLevelStats, -98 nLevels below 0 or an output size below nComparisons; otherwise 0, whatever
+ * the comparison returned (its outputs then keep their start values). */
+ZOMATH_API int zsANOVA2Way_Means_Comparison(
+    const ANOVA2TotalStats* pLevelStats, int nLevels, double dMSE, double dDOF,
+    double dSigLevel, int nGroups, int* pIndex, int nComparisons, double* pDiff, int nDiff,
+    double* pLCL, int nLCL, double* pUCL, int nUCL, double* pSEM, int nSEM, double* pStat,
+    int nStat, double* pProb, int nProb, int* pSig, int nSig, double* pAlpha, int nAlpha,
+    int nCompareMethod);
+
+/* The table of a fitted model of nParams parameters with residual sum dSSE, about zero: with
+ * U = sum w y^2 over the valid points (pWeights null: 1), model nParams and U - dSSE, error
+ * nSize - nParams and dSSE, total nSize and U; PValue on nParams - 1 and DOF2 degrees.
+ * pCorrectedTotal, if given, receives nSize - 1, sum w (y - mean)^2 and NANUM. Returns 0; -156
+ * a null pX, pY or pTable; -150 fewer than 2 valid points or a weight below 0. */
+ZOMATH_API int zomath_nlsf_anova(int nSize, const double* pX, const double* pY, int nParams,
+                                 double dSSE, ANOVATable* pTable, const double* pWeights,
+                                 double* pCorrectedTotal);
+
+
 ZOMATH_EXTERN_C_END
 
 #endif /* ZOMATH_STATS_H */

@@ -103,6 +103,26 @@ int main(void) {
           "zomath_two_sample_t_test");
   }
 
+  /* Analysis of variance: the table and two-way records as a C host lays them out. */
+  {
+    double y[6] = {1.0, 2.0, 3.0, 4.0, 6.0, 8.0};
+    int sizes[2] = {3, 3}, fa[6] = {1, 1, 1, 2, 2, 2}, fb[6] = {1, 2, 1, 2, 1, 2};
+    tTestMeanResults g[2];
+    ANOVAFitSummary f;
+    ANOVATable t;
+    ANOVA2Table t2;
+    ANOVA2TotalStats total;
+    check(zomath_anova_one_way(y, 6, 2, sizes, g, 2, &f, &t) == 0 && t.DOF1 == 1.0 &&
+              t.DOF2 == 4.0 && g[1].N == 3 && g[1].Mean == 6.0 && t.SSq1 > 23.99 &&
+              t.SSq1 < 24.01 && f.GrandMean > 3.99 && f.GrandMean < 4.01 && t.MeanSq3 == NANUM,
+          "zomath_anova_one_way");
+    check(zomath_stats_anova_two_way_compute_anova_table(0, fa, 2, fb, 2, y, 6, NULL, NULL, &total,
+                                                          NULL, &t2) == 0 &&
+              total.N == 6 && total.NonMissing == 6 && t2.FactorA.DOF == 1 &&
+              t2.Error.DOF == 3 && t2.CorrectedTotal.DOF == 5 && t2.Interaction.SSq == NANUM,
+          "zomath_stats_anova_two_way_compute_anova_table");
+  }
+
   if (failures == 0) printf("C consumer: all checks passed\n");
   return failures == 0 ? 0 : 1;
 }
