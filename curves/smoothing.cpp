@@ -1,4 +1,5 @@
 // The smoothing dispatcher, the Fourier low-pass and the neighbourhood offsets of window shapes.
+#include <climits>
 #include <cmath>
 #include <vector>
 
@@ -39,7 +40,7 @@ extern "C" int zomath_smooth(int nSize, const double* pSrc, double* pDst, int nL
 extern "C" int zomsp_fft_filter_smoothing(unsigned int nSize, const double* pSrc, double* pDst,
                                           double dCutoff) {
   if (!pSrc || !pDst) return ZOMATH_ERR_NULL_POINTER;
-  if (nSize == 0) return pf::kFftBadSize;
+  if (nSize == 0 || nSize > INT_MAX) return pf::kFftBadSize;  // FFTW counts in int
   try {
     // The response at bin k is for the frequency k / (nSize - 1): dCutoff is in cycles per
     // sample (the last bin lies near 0.5), with the half-power point at dCutoff itself.

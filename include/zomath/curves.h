@@ -270,7 +270,7 @@ ZOMATH_API int zomath_derivative(const double* pX, const double* pY, double* pDe
 enum {
   ZOMATH_SMOOTH_ERR_WINDOW = -9,  /* averaging: window too wide, boundary not supported, or
                                      linear extension without two values at an end */
-  ZOMATH_FFT_BAD_SIZE = 1,        /* no points */
+  ZOMATH_FFT_BAD_SIZE = 1,        /* no points, or more than INT_MAX */
   ZOMATH_FFT_BAD_FILTER_TYPE = 2, /* unknown filter type */
   ZOMATH_FFT_BAD_ARGUMENT = 3,    /* cut-off NaN or below 0 */
   ZOMATH_FFT_NO_MEMORY = 4        /* working storage or a transform plan could not be had */
@@ -346,7 +346,7 @@ ZOMATH_API int zomath_d_running_ave_circular(const double* pData, unsigned int n
  * so 1/2 at dCutoff (the level, k = 0, always passes); then transformed back. dCutoff is thus
  * about cycles per sample (the bins end near 0.5). A NaN or infinity spreads to every output;
  * NANUM is an ordinary number. pDst may be pSrc and is written only on success. Codes: -11,
- * ZOMATH_FFT_* (nSize 0, dCutoff NaN or below 0, no memory). */
+ * ZOMATH_FFT_* (nSize 0 or above INT_MAX, dCutoff NaN or below 0, no memory). */
 ZOMATH_API int zomsp_fft_filter_smoothing(unsigned int nSize, const double* pSrc, double* pDst,
                                           double dCutoff);
 
