@@ -21,6 +21,13 @@ struct FftwSpectrum {
   ~FftwSpectrum() { fftw_free(p); }
 };
 
+// Planning and destroying plans touch FFTW's global tables. Asked once, FFTW guards them with a
+// lock of its own, so calls from several host threads (and a host's own FFTW use) stay apart.
+void make_planner_thread_safe() {
+  static const bool done = (fftw_make_planner_thread_safe(), true);
+  (void)done;
+}
+
 }  // namespace
 
 int fft_filter_window(std::size_t n, int nType, double* window, double /*dLow*/, double dHigh,
@@ -49,6 +56,7 @@ int fft_filter_window(std::size_t n, int nType, double* window, double /*dLow*/,
 int fft_fft_filter(std::size_t n, const double* in, double* out, const double* window) {
   if (!in || !out || !window) return kFftBadArgument;
   if (n == 0 || n > static_cast<std::size_t>(INT_MAX)) return kFftBadSize;
+  make_planner_thread_safe();
   const std::size_t bins = n / 2 + 1;
   FftwSpectrum spectrum;
   spectrum.p = fftw_alloc_complex(bins);

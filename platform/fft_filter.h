@@ -3,8 +3,8 @@
 //
 // The series is taken as one period of a periodic signal (no padding, no detrending), so the
 // jump from its last value back to its first is part of what the filter sees. Plans are made
-// with FFTW_ESTIMATE, which costs no trial transforms; FFTW's planner keeps global state, so
-// calls from several threads at once must be serialised by the host. NANUM is an ordinary
+// with FFTW_ESTIMATE, which costs no trial transforms. FFTW's planner keeps global tables; the
+// first call asks FFTW to lock them, so host threads may filter at the same time. NANUM is an ordinary
 // number here; a NaN or an infinity in the data spreads to every output.
 #pragma once
 

@@ -7,6 +7,7 @@
 #include <functional>
 #include <random>
 #include <set>
+#include <thread>
 #include <vector>
 
 #include "zomath/curves.h"
@@ -213,6 +214,27 @@ TEST(Smoothing, FourierLowPassKeepsLowAndRemovesHighComponents) {
     ASSERT_EQ(zomsp_fft_filter_smoothing(n, y.data(), y.data(), cutoff), 0);
     for (unsigned j = 0; j < n; ++j) ASSERT_EQ(y[j], out[j]);
   }
+}
+
+TEST(Smoothing, FourierLowPassFromSeveralThreadsAtOnce) {
+  // Each call plans and destroys FFTW plans; two host threads filtering at the same time get
+  // the single-thread answers (FFTW's planner tables would otherwise race).
+  std::vector<double> y(509);
+  for (std::size_t j = 0; j < y.size(); ++j) y[j] = std::sin(0.05 * j) + 0.2 * std::cos(1.7 * j);
+  std::vector<double> expected(y.size());
+  ASSERT_EQ(zomsp_fft_filter_smoothing(y.size(), y.data(), expected.data(), 0.05), 0);
+  auto worker = [&](int* mismatches) {
+    std::vector<double> out(y.size());
+    for (int round = 0; round < 200; ++round) {
+      if (zomsp_fft_filter_smoothing(y.size(), y.data(), out.data(), 0.05) != 0 || out != expected)
+        ++*mismatches;
+    }
+  };
+  int bad1 = 0, bad2 = 0;
+  std::thread t1(worker, &bad1), t2(worker, &bad2);
+  t1.join();
+  t2.join();
+  EXPECT_EQ(bad1 + bad2, 0);
 }
 
 TEST(Smoothing, DerivativeInXUnits) {
