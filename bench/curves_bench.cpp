@@ -105,3 +105,85 @@ BENCHMARK(BM_InterpolateNaturalSpline)->Apply(args);
 BENCHMARK(BM_SmoothingSpline)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+// Smoothing of 10^6 noisy points. Adjacent averaging at half widths 5, 50 and 500 (a running
+// sum: the time should not depend on the width) beside a plain running-sum loop; Savitzky-Golay
+// with window 21 and order 3 (ends fitted, and reflected); the percentile filter (the median)
+// with half width 50; the Fourier low-pass of 2^20 and of 10^6 + 3 (a prime) points.
+namespace {
+
+const std::vector<double>& noisy(std::size_t n) {
+  static std::vector<double> y;
+  if (y.size() != n) {
+    std::mt19937_64 rng(4);
+    std::normal_distribution<double> noise(0.0, 0.2);
+    y.resize(n);
+    for (std::size_t i = 0; i < n; ++i) y[i] = std::sin(i * 1e-3) + noise(rng);
+  }
+  return y;
+}
+
+void BM_AdjacentAveraging(benchmark::State& state) {
+  const std::vector<double>& y = noisy(1000000);
+  std::vector<double> out(y.size());
+  for (auto _ : state) {
+    zomath_adjave_smooth(y.data(), out.data(), y.size(), state.range(0), 1, false);
+    benchmark::DoNotOptimize(out.data());
+  }
+  state.SetItemsProcessed(state.iterations() * y.size());
+}
+
+// The uncompensated running sum over the interior, what a plain filter does.
+void BM_AdjacentAveragingPlainLoop(benchmark::State& state) {
+  const std::vector<double>& y = noisy(1000000);
+  std::vector<double> out(y.size());
+  const long h = state.range(0), n = static_cast<long>(y.size());
+  for (auto _ : state) {
+    double s = 0;
+    for (long k = 0; k <= 2 * h; ++k) s += y[k];
+    for (long i = h + 1; i < n - h; ++i) {
+      s += y[i + h] - y[i - h - 1];
+      out[i] = s / (2 * h + 1);
+    }
+    benchmark::DoNotOptimize(out.data());
+  }
+  state.SetItemsProcessed(state.iterations() * y.size());
+}
+
+void BM_SavitzkyGolay(benchmark::State& state) {
+  const std::vector<double>& y = noisy(1000000);
+  std::vector<double> out(y.size());
+  for (auto _ : state) {
+    zomath_savitsky_golay(y.data(), out.data(), y.size(), 10, 10, 3, 0, state.range(0));
+    benchmark::DoNotOptimize(out.data());
+  }
+  state.SetItemsProcessed(state.iterations() * y.size());
+}
+
+void BM_PercentileFilter(benchmark::State& state) {
+  const std::vector<double>& y = noisy(1000000);
+  std::vector<double> out(y.size());
+  for (auto _ : state) {
+    zomath_median_filter(y.size(), y.data(), out.data(), state.range(0), 50, 1, false);
+    benchmark::DoNotOptimize(out.data());
+  }
+  state.SetItemsProcessed(state.iterations() * y.size());
+}
+
+void BM_FourierLowPass(benchmark::State& state) {
+  const std::vector<double>& y = noisy(state.range(0));
+  std::vector<double> out(y.size());
+  for (auto _ : state) {
+    zomsp_fft_filter_smoothing(y.size(), y.data(), out.data(), 0.01);
+    benchmark::DoNotOptimize(out.data());
+  }
+  state.SetItemsProcessed(state.iterations() * y.size());
+}
+
+}  // namespace
+
+BENCHMARK(BM_AdjacentAveraging)->Arg(5)->Arg(50)->Arg(500)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_AdjacentAveragingPlainLoop)->Arg(50)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SavitzkyGolay)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PercentileFilter)->Arg(5)->Arg(50)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FourierLowPass)->Arg(1 << 20)->Arg(1000003)->Unit(benchmark::kMillisecond);

@@ -499,6 +499,70 @@ def row_levene(lib, shape, rng):
     return row_anova_one_way(lib, shape, rng, 1)
 
 
+def noisy_curve(rng, n):
+    return np.sin(np.arange(n) * 1e-3) + 0.2 * rng.standard_normal(n)
+
+
+def row_adjave_smooth(lib, n, rng):
+    from scipy.ndimage import uniform_filter1d
+    x, out = noisy_curve(rng, n), np.empty(n)
+
+    def run():
+        lib.zomath_adjave_smooth(ptr(x), ptr(out), n, 50, 1, False)  # reflect
+        return out
+
+    return Row("zomath_adjave_smooth", "%d, half width 50" % n, run,
+               lambda: uniform_filter1d(x, 101, mode="reflect"), "uniform_filter1d(101)",
+               lambda a, b: rel_close(a, b, 1e-12))
+
+
+def row_savitsky_golay(lib, n, rng):
+    from scipy.signal import savgol_filter
+    x, out = noisy_curve(rng, n), np.empty(n)
+
+    def run():
+        lib.zomath_savitsky_golay(ptr(x), ptr(out), n, 10, 10, 3, 0, 0)  # ends fitted
+        return out
+
+    return Row("zomath_savitsky_golay", "%d, window 21, order 3" % n, run,
+               lambda: savgol_filter(x, 21, 3, mode="interp"), "savgol_filter(interp)",
+               lambda a, b: rel_close(a, b, 1e-12))
+
+
+def row_median_filter(lib, n, rng):
+    from scipy.ndimage import median_filter
+    x, out = noisy_curve(rng, n), np.empty(n)
+
+    def run():
+        lib.zomath_median_filter(n, ptr(x), ptr(out), 50, 50.0, 1, False)  # reflect
+        return out
+
+    return Row("zomath_median_filter", "%d, half width 50" % n, run,
+               lambda: median_filter(x, size=101, mode="reflect"), "median_filter(size=101)",
+               lambda a, b: rel_close(a, b, 0))
+
+
+def row_fft_filter_smoothing(lib, n, rng):
+    x, out, cutoff = noisy_curve(rng, n), np.empty(n), 0.01
+
+    def run():
+        lib.zomsp_fft_filter_smoothing(n, ptr(x), ptr(out), cutoff)
+        return out
+
+    def ref():
+        # The library's response: 1 below cutoff - d, 0 above cutoff + d, a raised cosine
+        # between, d half a bin; the level always passes.
+        step = 1.0 / (n - 1)
+        f, d = np.arange(n // 2 + 1) * step, step / 2
+        h = np.clip((f - (cutoff - d)) / (2 * d), 0.0, 1.0)
+        h = 0.5 * (1 + np.cos(np.pi * h))
+        h[0] = 1.0
+        return np.fft.irfft(np.fft.rfft(x) * h, n)
+
+    return Row("zomsp_fft_filter_smoothing", n, run, ref, "rfft * window, irfft",
+               lambda a, b: rel_close(a, b, 1e-12))
+
+
 ROWS = [
     (row_d_sum, 10_000_000),
     (row_f_sum, 10_000_000),
@@ -527,6 +591,11 @@ ROWS = [
     (row_anova_one_way, (4, 2_500_000)),
     (row_anova_one_way, (1000, 1000)),
     (row_levene, (4, 2_500_000)),
+    (row_adjave_smooth, 1_000_000),
+    (row_savitsky_golay, 1_000_000),
+    (row_median_filter, 1_000_000),
+    (row_fft_filter_smoothing, 1 << 20),
+    (row_fft_filter_smoothing, 1_000_003),
 ]
 
 
@@ -555,6 +624,10 @@ def declare(lib):
         "zomath_polynomial_fit": (I, [I, dp, dp, dp, I, C.c_void_p, C.c_void_p, I, C.c_void_p,
                                       C.c_void_p, dp, dp, dp, I]),
         "zomath_anova_equal_variance_test": (I, [dp, I, I, ip, C.c_void_p, I, C.c_void_p, I]),
+        "zomath_adjave_smooth": (I, [dp, dp, U, I, I, C.c_bool]),
+        "zomath_savitsky_golay": (I, [dp, dp, U, I, I, I, I, U]),
+        "zomath_median_filter": (I, [I, dp, dp, I, D, U, C.c_bool]),
+        "zomsp_fft_filter_smoothing": (I, [U, dp, dp, D]),
     }
     for name, (res, args) in sig.items():
         f = getattr(lib, name)

@@ -26,11 +26,14 @@ zomath_require(ZOMATH_OPENBLAS_LIB "the single-threaded OpenBLAS" libopenblas-se
 find_path(ZOMATH_CBLAS_INCLUDE cblas.h)
 zomath_require(ZOMATH_CBLAS_INCLUDE "cblas.h" libopenblas-serial-dev)
 
-# FFTW3, double precision.
+# FFTW3, double precision, with its threads library for the one call that makes the planner
+# lock its global tables (the library itself starts no threads).
 find_path(ZOMATH_FFTW_INCLUDE fftw3.h)
 find_library(ZOMATH_FFTW_LIB fftw3)
+find_library(ZOMATH_FFTW_THREADS_LIB fftw3_threads)
 zomath_require(ZOMATH_FFTW_INCLUDE "fftw3.h" libfftw3-dev)
 zomath_require(ZOMATH_FFTW_LIB "libfftw3" libfftw3-dev)
+zomath_require(ZOMATH_FFTW_THREADS_LIB "libfftw3_threads" libfftw3-dev)
 
 # GSL for the adaptive quadrature of the QUADPACK family. Debian's libgsl names libgslcblas as a
 # dependency, but the CBLAS symbols it calls resolve first from the OpenBLAS linked above (it
@@ -45,7 +48,7 @@ target_include_directories(zomath_deps SYSTEM INTERFACE
   ${ZOMATH_BOOST_MATH_INCLUDE} ${ZOMATH_LAPACKE_INCLUDE} ${ZOMATH_CBLAS_INCLUDE}
   ${ZOMATH_FFTW_INCLUDE} ${ZOMATH_GSL_INCLUDE})
 target_link_libraries(zomath_deps INTERFACE
-  ${ZOMATH_LAPACKE_LIB} ${ZOMATH_OPENBLAS_LIB} ${ZOMATH_FFTW_LIB} ${ZOMATH_GSL_LIB} m)
+  ${ZOMATH_LAPACKE_LIB} ${ZOMATH_OPENBLAS_LIB} ${ZOMATH_FFTW_THREADS_LIB} ${ZOMATH_FFTW_LIB} ${ZOMATH_GSL_LIB} m)
 
 if(ZOMATH_BUILD_TESTS)
   find_package(GTest QUIET)

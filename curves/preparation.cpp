@@ -10,6 +10,7 @@
 #include "curves/curve_reader.h"
 #include "zomath/curves.h"
 #include "zomath/sort.h"
+#include "zomath/stats.h"
 #include "zomath/vector.h"
 
 static_assert(offsetof(CurveRecord, nSize) == 0 && offsetof(CurveRecord, pX) == 8 &&
@@ -129,6 +130,90 @@ int zomath_mean_increment(unsigned int nSize, const double* pData, double* pMean
   } catch (...) {
     return ZOMATH_ERR_NO_MEMORY;
   }
+}
+
+int zomath_check_order(unsigned int nSize, const double* pData, double* pMeanInc,
+                       double* pSDInc, int* pnCount, double dConfidence) {
+  if (nSize < 2 || !(dConfidence >= 0 && dConfidence <= 1)) return ZOMATH_ERR_TOO_FEW_POINTS;
+  double mean, sd;
+  int count;
+  if (const int code = zomath_mean_increment(nSize, pData, &mean, 1, &sd, &count, 0)) return code;
+  if (pMeanInc) *pMeanInc = mean;
+  if (pSDInc) *pSDInc = sd;
+  if (pnCount) *pnCount = count;
+  // A step that never changes decides by its sign (a NaN step by none); differences with a
+  // NANUM are left out, as in the mean.
+  int valid = 0;
+  bool constant = true;
+  double step = 0;
+  for (unsigned int i = 1; i < nSize; ++i) {
+    const double d = zomath::nanum_sub(pData[i], pData[i - 1]);
+    if (d == NANUM) continue;
+    if (valid++ == 0) {
+      step = d;
+    } else if (!(d == step)) {
+      constant = false;
+    }
+  }
+  if (valid == 0) return 0;
+  if (constant) return step > 0 ? 2 : step < 0 ? 1 : 0;
+  // Otherwise the mean step is judged by one-sided t tests against 0, rising first.
+  const double alpha = 1 - dConfidence;
+  for (const int tail : {TAILED_TEST_UPPER, TAILED_TEST_LOWER}) {
+    double p;
+    zomath_t_test_one_sample(valid, mean, sd, &p, 0, nullptr, nullptr, 0.0, tail);
+    if (p != NANUM && p < alpha) return tail == TAILED_TEST_UPPER ? 2 : 1;
+  }
+  return 0;
+}
+
+int zomath_check_order_curve(unsigned int nSize, const double* pData, int nCurves,
+                             double* pMeanInc, double* pSDInc, int* pnCounts) {
+  if (nSize == 0 || nCurves < 1 || nSize / static_cast<unsigned int>(nCurves) < 2)
+    return ZOMATH_ERR_TOO_FEW_ITEMS;
+  if (!pData) return ZOMATH_ERR_NULL_OUTPUT;
+  const unsigned int length = nSize / static_cast<unsigned int>(nCurves);
+  int first = 0, last = 0;
+  bool agree = true;
+  for (int s = 0; s < nCurves; ++s) {
+    const unsigned int begin = static_cast<unsigned int>(s) * length;
+    const unsigned int count = s == nCurves - 1 ? nSize - begin : length;
+    last = zomath_check_order(count, pData + begin, pMeanInc ? pMeanInc + s : nullptr,
+                              pSDInc ? pSDInc + s : nullptr, pnCounts ? pnCounts + s : nullptr,
+                              0.8);
+    if (last < 0) return last;
+    if (s == 0) first = last;
+    agree = agree && last == first;
+  }
+  // Segments without order, like falling ones, answer 1.
+  if (!agree) return 0;
+  return last == 2 ? 2 : 1;
+}
+
+int zomath_check_order_multiple_curves(unsigned int nCurves, const CurveRecord* pCurves,
+                                       int nSegments, double* pMeanInc, double* pSDInc,
+                                       int* pnCounts) {
+  if (nCurves < 2) return ZOMATH_ERR_TOO_FEW_ITEMS;
+  if (!pCurves) return ZOMATH_ERR_NULL_OUTPUT;
+  for (unsigned int c = 0; c < nCurves; ++c)
+    if (!pCurves[c].pX || !pCurves[c].pY) return ZOMATH_ERR_NULL_OUTPUT;
+  int first = 0;
+  bool agree = true;
+  for (unsigned int c = 0; c < nCurves; ++c) {
+    // nSegments is at least 1 from the second curve on: the first call refuses anything less.
+    const std::size_t at = static_cast<std::size_t>(c) * static_cast<std::size_t>(nSegments);
+    const int r = zomath_check_order_curve(pCurves[c].nSize, pCurves[c].pX, nSegments,
+                                           pMeanInc ? pMeanInc + at : nullptr,
+                                           pSDInc ? pSDInc + at : nullptr,
+                                           pnCounts ? pnCounts + at : nullptr);
+    if (r < 0) return r;
+    if (c == 0) first = r;
+    agree = agree && r == first;
+  }
+  // Read the other way round from the segment test: 0 the curves share an order, 1 they
+  // share having none, 2 they disagree.
+  if (!agree) return 2;
+  return first == 0 ? 1 : 0;
 }
 
 int zomath_xy_remove_duplicates(double* pX, double* pY, unsigned int nSize, int nMode,

@@ -4,6 +4,7 @@
 // summary statistics of the readings as one table; a straight line and a quadratic fitted to a
 // calibration series, with their parameter and analysis of variance tables; a one-way analysis of
 // variance of plot yields by fertiliser with Tukey's comparison of the means.
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -350,6 +351,42 @@ void fertiliser_anova(const std::string& path) {
     }
 }
 
+// A noisy absorbance band smoothed by each filter, side by side, and its top found where the
+// cleaned Savitzky-Golay slope passes through zero.
+void smoothing_demo(const std::string& path) {
+  std::vector<double> x, y;
+  std::ifstream in(path);
+  for (std::string line; std::getline(in, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    const std::size_t comma = line.find(',');
+    x.push_back(std::stod(line.substr(0, comma)));
+    y.push_back(std::stod(line.substr(comma + 1)));
+  }
+  const int n = static_cast<int>(x.size());
+  if (n < 16) return;
+  std::vector<double> mean(n), weighted(n), golay(n), median(n), fourier(n), slope(n);
+  zomath_adjave_smooth(y.data(), mean.data(), n, 3, ZOMATH_BOUNDARY_NONE, false);
+  zomath_adjave_smooth(y.data(), weighted.data(), n, 3, ZOMATH_BOUNDARY_REFLECT, true);
+  zomath_savitsky_golay(y.data(), golay.data(), n, 3, 3, 2, 0, ZOMATH_BOUNDARY_NONE);
+  zomath_median_filter(n, y.data(), median.data(), 3, 50, ZOMATH_BOUNDARY_REPEAT, true);
+  const int fft = zomsp_fft_filter_smoothing(n, y.data(), fourier.data(), 0.08);
+  zomath_savitsky_golay_derivative(x.data(), y.data(), slope.data(), n, 3, -1, 2, 1, true);
+  std::printf("\nSmoothing a noisy absorbance band (%s, %d readings), 7-point windows:\n",
+              path.c_str(), n);
+  std::printf("  %6s %8s %9s %9s %9s %9s %9s %10s\n", "nm", "raw", "average", "weighted",
+              "S-Golay", "median", "Fourier", "slope/nm");
+  for (int i = 25; i <= 60; i += 5)
+    std::printf("  %6.1f %8.4f %9.4f %9.4f %9.4f %9.4f %9.4f %10.5f\n", x[i], y[i], mean[i],
+                weighted[i], golay[i], median[i], fft == 0 ? fourier[i] : NANUM, slope[i]);
+  // Cleaning makes the slope pass through an exact 0 where it turns: the band's top.
+  int top = 0;
+  for (int i = 1; i < n; ++i)
+    if (golay[i] > golay[top]) top = i;
+  for (int i = std::max(top - 3, 1); i < std::min(top + 4, n - 1); ++i)
+    if (slope[i] == 0 && slope[i - 1] > 0 && slope[i + 1] < 0)
+      std::printf("  the cleaned slope passes through 0 at %.1f nm, the band's top\n", x[i]);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -442,5 +479,6 @@ int main(int argc, char** argv) {
   named_functions(present);
   calibration_fits(ZOMATH_EXAMPLES_DATA_DIR "/calibration.csv");
   fertiliser_anova(ZOMATH_EXAMPLES_DATA_DIR "/yields.csv");
+  smoothing_demo(ZOMATH_EXAMPLES_DATA_DIR "/spectrum.csv");
   return 0;
 }

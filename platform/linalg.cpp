@@ -13,9 +13,16 @@
 #define lapack_complex_double std::complex<double>
 #include <lapacke.h>
 
+#include "platform/blas_lock.h"
 #include "platform/workspace.h"
 
 namespace zomath::platform {
+
+std::mutex& blas_mutex() {
+  static std::mutex m;
+  return m;
+}
+
 namespace {
 
 using cplx = std::complex<double>;
@@ -58,8 +65,8 @@ int lapack_status(lapack_int info, NagError& fail, int nPositiveCode, const char
 int lu_factor(int m, int n, double* a, int lda, int* pivots, NagError& fail) {
   if (int rc = check_input(m, n, a, lda, fail)) return rc;
   if (!pivots) return fail.fail(kLinalgBadArgument, "null pivot array");
-  return lapack_status(LAPACKE_dgetrf(LAPACK_ROW_MAJOR, m, n, a, lda, pivots), fail,
-                       kLinalgSingular, "zero pivot: the matrix is singular");
+  return lapack_status(blas([&] { return LAPACKE_dgetrf(LAPACK_ROW_MAJOR, m, n, a, lda, pivots); }),
+                       fail, kLinalgSingular, "zero pivot: the matrix is singular");
 }
 
 int lu_solve(int n, int nrhs, const double* lu, int lda, const int* pivots, double* b, int ldb,
@@ -67,8 +74,9 @@ int lu_solve(int n, int nrhs, const double* lu, int lda, const int* pivots, doub
   if (int rc = check_input(n, n, lu, lda, fail)) return rc;
   if (int rc = check_input(n, nrhs, b, ldb, fail)) return rc;
   if (!pivots) return fail.fail(kLinalgBadArgument, "null pivot array");
-  return lapack_status(LAPACKE_dgetrs(LAPACK_ROW_MAJOR, 'N', n, nrhs, lu, lda, pivots, b, ldb),
-                       fail, kLinalgBadArgument, "solve refused");
+  return lapack_status(
+      blas([&] { return LAPACKE_dgetrs(LAPACK_ROW_MAJOR, 'N', n, nrhs, lu, lda, pivots, b, ldb); }),
+      fail, kLinalgBadArgument, "solve refused");
 }
 
 int qr(int m, int n, const double* a, int lda, double* q, int ldq, double* r, int ldr,
@@ -83,13 +91,19 @@ int qr(int m, int n, const double* a, int lda, double* q, int ldq, double* r, in
   for (int i = 0; i < m; ++i)
     std::memcpy(&work[static_cast<std::size_t>(i) * width], a + static_cast<std::size_t>(i) * lda,
                 static_cast<std::size_t>(n) * sizeof(double));
-  if (int rc = lapack_status(LAPACKE_dgeqrf(LAPACK_ROW_MAJOR, m, n, work.data(), width, tau.data()),
+  if (int rc = lapack_status(blas([&] {
+                               return LAPACKE_dgeqrf(LAPACK_ROW_MAJOR, m, n, work.data(), width,
+                                                     tau.data());
+                             }),
                              fail, kLinalgBadArgument, "QR factorisation refused"))
     return rc;
   for (int i = 0; i < m; ++i)
     for (int j = 0; j < n; ++j)
       r[static_cast<std::size_t>(i) * ldr + j] = j >= i ? work[static_cast<std::size_t>(i) * width + j] : 0.0;
-  if (int rc = lapack_status(LAPACKE_dorgqr(LAPACK_ROW_MAJOR, m, m, k, work.data(), width, tau.data()),
+  if (int rc = lapack_status(blas([&] {
+                               return LAPACKE_dorgqr(LAPACK_ROW_MAJOR, m, m, k, work.data(), width,
+                                                     tau.data());
+                             }),
                              fail, kLinalgBadArgument, "forming Q refused"))
     return rc;
   for (int i = 0; i < m; ++i)
@@ -103,13 +117,17 @@ namespace {
 // ?gesdd, real and complex, with the workspace LAPACK asks for. The real form ignores rwork.
 lapack_int gesdd(char job, int m, int n, double* a, int lda, double* s, double* u, int ldu,
                  double* vt, int ldvt, double* work, lapack_int lwork, double*, lapack_int* iwork) {
-  return LAPACKE_dgesdd_work(LAPACK_COL_MAJOR, job, m, n, a, lda, s, u, ldu, vt, ldvt, work, lwork,
-                             iwork);
+  return blas([&] {
+    return LAPACKE_dgesdd_work(LAPACK_COL_MAJOR, job, m, n, a, lda, s, u, ldu, vt, ldvt, work,
+                               lwork, iwork);
+  });
 }
 lapack_int gesdd(char job, int m, int n, cplx* a, int lda, double* s, cplx* u, int ldu, cplx* vt,
                  int ldvt, cplx* work, lapack_int lwork, double* rwork, lapack_int* iwork) {
-  return LAPACKE_zgesdd_work(LAPACK_COL_MAJOR, job, m, n, a, lda, s, u, ldu, vt, ldvt, work, lwork,
-                             rwork, iwork);
+  return blas([&] {
+    return LAPACKE_zgesdd_work(LAPACK_COL_MAJOR, job, m, n, a, lda, s, u, ldu, vt, ldvt, work,
+                               lwork, rwork, iwork);
+  });
 }
 
 double real_part(double x) { return x; }
@@ -183,29 +201,40 @@ int invert(int n, double* a, int lda, NagError& fail) {
   auto work4 = buffer<double>(4 * static_cast<std::size_t>(n));
   copy_block(n, n, a, lda, lu.data(), n);
   // The 1-norm of A is the infinity norm of A^T.
-  const double norm1 = LAPACKE_dlange_work(LAPACK_COL_MAJOR, 'I', n, n, lu.data(), n, work4.data());
-  if (int rc = lapack_status(LAPACKE_dgetrf_work(LAPACK_COL_MAJOR, n, n, lu.data(), n, pivots.data()),
+  const double norm1 = blas(
+      [&] { return LAPACKE_dlange_work(LAPACK_COL_MAJOR, 'I', n, n, lu.data(), n, work4.data()); });
+  if (int rc = lapack_status(blas([&] {
+                               return LAPACKE_dgetrf_work(LAPACK_COL_MAJOR, n, n, lu.data(), n,
+                                                          pivots.data());
+                             }),
                              fail, kLinalgSingular, "zero pivot: the matrix is singular"))
     return rc;
   // A tiny but nonzero pivot left by rounding would give an inverse of noise: the matrix is
   // taken as singular when its condition number exceeds 1 / eps. The estimate costs O(n^2)
   // beside the O(n^3) factorisation; in the infinity norm of A^T it is that of A in the 1-norm.
   double rcond = 0.0;
-  if (int rc = lapack_status(LAPACKE_dgecon_work(LAPACK_COL_MAJOR, 'I', n, lu.data(), n, norm1,
-                                                 &rcond, work4.data(), iwork.data()),
+  if (int rc = lapack_status(blas([&] {
+                               return LAPACKE_dgecon_work(LAPACK_COL_MAJOR, 'I', n, lu.data(), n,
+                                                          norm1, &rcond, work4.data(),
+                                                          iwork.data());
+                             }),
                              fail, kLinalgBadArgument, "condition estimate refused"))
     return rc;
   if (!(rcond >= std::numeric_limits<double>::epsilon()))
     return fail.fail(kLinalgSingular, "the matrix is singular to working precision");
   double query = 0.0;
-  if (int rc = lapack_status(LAPACKE_dgetri_work(LAPACK_COL_MAJOR, n, lu.data(), n, pivots.data(),
-                                                 &query, -1),
+  if (int rc = lapack_status(blas([&] {
+                               return LAPACKE_dgetri_work(LAPACK_COL_MAJOR, n, lu.data(), n,
+                                                          pivots.data(), &query, -1);
+                             }),
                              fail, kLinalgBadArgument, "workspace query refused"))
     return rc;
   const lapack_int lwork = std::max<lapack_int>(static_cast<lapack_int>(query), n);
   auto work = buffer<double>(static_cast<std::size_t>(lwork));
-  if (int rc = lapack_status(LAPACKE_dgetri_work(LAPACK_COL_MAJOR, n, lu.data(), n, pivots.data(),
-                                                 work.data(), lwork),
+  if (int rc = lapack_status(blas([&] {
+                               return LAPACKE_dgetri_work(LAPACK_COL_MAJOR, n, lu.data(), n,
+                                                          pivots.data(), work.data(), lwork);
+                             }),
                              fail, kLinalgSingular, "zero pivot: the matrix is singular"))
     return rc;
   copy_block(n, n, lu.data(), n, a, lda);
@@ -217,8 +246,10 @@ int generalized_eigenvalues(int n, double* a, int lda, double* b, int ldb, doubl
   if (int rc = check_input(n, n, a, lda, fail)) return rc;
   if (int rc = check_input(n, n, b, ldb, fail)) return rc;
   if (!alphar || !alphai || !beta) return fail.fail(kLinalgBadArgument, "bad output");
-  return lapack_status(LAPACKE_dggev(LAPACK_ROW_MAJOR, 'N', 'N', n, a, lda, b, ldb, alphar, alphai,
-                                     beta, nullptr, 1, nullptr, 1),
+  return lapack_status(blas([&] {
+                         return LAPACKE_dggev(LAPACK_ROW_MAJOR, 'N', 'N', n, a, lda, b, ldb, alphar,
+                                              alphai, beta, nullptr, 1, nullptr, 1);
+                       }),
                        fail, kLinalgNotConverged, "QZ iteration did not converge");
 }
 

@@ -10,6 +10,7 @@
 #include <new>
 #include <vector>
 
+#include "platform/blas_lock.h"
 #include "platform/workspace.h"
 #include "zomath/core.h"
 
@@ -72,23 +73,30 @@ struct Factor {
   std::unique_ptr<double[]> a;
   std::vector<double> tau, work;
   int apply(char trans, double* v) {
-    return LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', trans, m, 1, p, a.get(), m, tau.data(), v,
-                               m, work.data(), static_cast<lapack_int>(work.size()));
+    return blas([&] {
+      return LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', trans, m, 1, p, a.get(), m, tau.data(), v,
+                                 m, work.data(), static_cast<lapack_int>(work.size()));
+    });
   }
 };
 
 int factorise(Factor& f) {
   double q1 = 0, q2 = 0;
-  lapack_int info = LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.m, f.p, f.a.get(), f.m, f.tau.data(),
-                                        &q1, -1);
+  lapack_int info = blas([&] {
+    return LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.m, f.p, f.a.get(), f.m, f.tau.data(), &q1, -1);
+  });
   if (!info)
-    info = LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.m, 1, f.p, f.a.get(), f.m,
-                               f.tau.data(), f.a.get(), f.m, &q2, -1);
+    info = blas([&] {
+      return LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.m, 1, f.p, f.a.get(), f.m,
+                                 f.tau.data(), f.a.get(), f.m, &q2, -1);
+    });
   if (info == LAPACK_WORK_MEMORY_ERROR) throw ZOMATH_ERROR_NO_MEMORY;
   if (info) return static_cast<int>(info);
   f.work = buffer<double>(static_cast<std::size_t>(std::max({q1, q2, 1.0 * f.p, 1.0})));
-  info = LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.m, f.p, f.a.get(), f.m, f.tau.data(),
-                             f.work.data(), static_cast<lapack_int>(f.work.size()));
+  info = blas([&] {
+    return LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.m, f.p, f.a.get(), f.m, f.tau.data(),
+                               f.work.data(), static_cast<lapack_int>(f.work.size()));
+  });
   return static_cast<int>(info);
 }
 

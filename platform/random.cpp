@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "core/nrvec/nrvec.h"
+#include "platform/blas_lock.h"
 #include "zomath/core.h"
 
 namespace zomath::platform {
@@ -323,7 +324,9 @@ int random_multivariate_normal(int count, int dim, const double* mean, const dou
   // C = V diag(lambda) V', and the factor L = V diag(sqrt(lambda)) takes standard normal z to
   // L z of covariance C. The eigen decomposition, unlike Cholesky, accepts a singular C.
   NRVec<double> factor(cov, dim * dim), lambda(dim);
-  if (LAPACKE_dsyev(LAPACK_ROW_MAJOR, 'V', 'L', dim, factor.Data(), dim, lambda.Data()) != 0)
+  if (blas([&] {
+        return LAPACKE_dsyev(LAPACK_ROW_MAJOR, 'V', 'L', dim, factor.Data(), dim, lambda.Data());
+      }) != 0)
     return fail.fail(kRandomNoConvergence, "eigenvalues did not converge");
   const double floor = -1e2 * dim * 2.220446049250313e-16 * std::max(scale, lambda[dim - 1]);
   for (int j = 0; j < dim; ++j) {

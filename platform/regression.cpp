@@ -10,6 +10,7 @@
 
 #include <lapacke.h>
 
+#include "platform/blas_lock.h"
 #include "platform/workspace.h"
 #include "zomath/core.h"
 
@@ -95,24 +96,33 @@ int factorise(const Problem& p, Factor& f, NagError& fail) {
     f.obs[k++] = i;
   }
   double q1 = 0, q2 = 0;
-  int rc = lapack_status(LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.rows, ip, f.a.get(), f.rows,
-                                             f.tau.data(), &q1, -1),
+  int rc = lapack_status(blas([&] {
+                           return LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.rows, ip, f.a.get(),
+                                                      f.rows, f.tau.data(), &q1, -1);
+                         }),
                          fail, kRegressionBadArgument, "QR workspace query refused");
   if (!rc)
-    rc = lapack_status(LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.rows, 1, ip, f.a.get(),
-                                           f.rows, f.tau.data(), f.c.data(), f.rows, &q2, -1),
+    rc = lapack_status(blas([&] {
+                         return LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.rows, 1, ip,
+                                                    f.a.get(), f.rows, f.tau.data(), f.c.data(),
+                                                    f.rows, &q2, -1);
+                       }),
                        fail, kRegressionBadArgument, "QR workspace query refused");
   if (rc) return rc;
   const lapack_int lwork =
       std::max<lapack_int>({static_cast<lapack_int>(q1), static_cast<lapack_int>(q2), ip, 1});
   auto work = buffer<double>(static_cast<std::size_t>(lwork));
-  rc = lapack_status(LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.rows, ip, f.a.get(), f.rows,
-                                         f.tau.data(), work.data(), lwork),
+  rc = lapack_status(blas([&] {
+                       return LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.rows, ip, f.a.get(), f.rows,
+                                                  f.tau.data(), work.data(), lwork);
+                     }),
                      fail, kRegressionBadArgument, "QR factorisation refused");
   if (!rc)
-    rc = lapack_status(LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.rows, 1, ip, f.a.get(),
-                                           f.rows, f.tau.data(), f.c.data(), f.rows, work.data(),
-                                           lwork),
+    rc = lapack_status(blas([&] {
+                         return LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.rows, 1, ip,
+                                                    f.a.get(), f.rows, f.tau.data(), f.c.data(),
+                                                    f.rows, work.data(), lwork);
+                       }),
                        fail, kRegressionBadArgument, "applying Q refused");
   return rc;
 }
@@ -133,8 +143,10 @@ int scaled_svd(const Factor& f, ScaledSvd& z, NagError& fail) {
     z.d[j] = norm > 0 ? 1.0 / norm : 1.0;
     for (int i = 0; i <= j; ++i) rd(i, j) = f.r(i, j) * z.d[j];
   }
-  return lapack_status(LAPACKE_dgesdd(LAPACK_COL_MAJOR, 'A', ip, ip, rd.v.data(), ip, z.s.data(),
-                                      z.u.v.data(), ip, z.vt.v.data(), ip),
+  return lapack_status(blas([&] {
+                         return LAPACKE_dgesdd(LAPACK_COL_MAJOR, 'A', ip, ip, rd.v.data(), ip,
+                                               z.s.data(), z.u.v.data(), ip, z.vt.v.data(), ip);
+                       }),
                        fail, kRegressionNotConverged, "SVD of the triangular factor failed");
 }
 
@@ -145,12 +157,15 @@ int solve_triangular(const Factor& f, std::vector<double>& cs, Square& cc, NagEr
   for (int j = 0; j < ip; ++j)
     for (int i = 0; i <= j; ++i) rinv(i, j) = f.r(i, j);
   std::copy(f.c.begin(), f.c.begin() + ip, cs.begin());
-  int rc = lapack_status(LAPACKE_dtrtrs(LAPACK_COL_MAJOR, 'U', 'N', 'N', ip, 1, rinv.v.data(), ip,
-                                        cs.data(), ip),
+  int rc = lapack_status(blas([&] {
+                           return LAPACKE_dtrtrs(LAPACK_COL_MAJOR, 'U', 'N', 'N', ip, 1,
+                                                 rinv.v.data(), ip, cs.data(), ip);
+                         }),
                          fail, kRegressionSingular, "zero diagonal in R");
   if (!rc)
-    rc = lapack_status(LAPACKE_dtrtri(LAPACK_COL_MAJOR, 'U', 'N', ip, rinv.v.data(), ip), fail,
-                       kRegressionSingular, "zero diagonal in R");
+    rc = lapack_status(
+        blas([&] { return LAPACKE_dtrtri(LAPACK_COL_MAJOR, 'U', 'N', ip, rinv.v.data(), ip); }),
+        fail, kRegressionSingular, "zero diagonal in R");
   if (rc) return rc;
   for (int i = 0; i < ip; ++i)
     for (int j = 0; j <= i; ++j) {
@@ -208,10 +223,14 @@ int solve_min_norm(const Problem& p, const Factor& f, const ScaledSvd& z, int ra
       for (std::size_t t = 0; t < nc; ++t) basis(0, c) -= p.xbar[t] * basis(static_cast<int>(t) + 1, c);
   }
   auto tau = buffer<double>(static_cast<std::size_t>(ip));
-  int rc = lapack_status(LAPACKE_dgeqrf(LAPACK_COL_MAJOR, ip, k, basis.v.data(), ip, tau.data()),
-                         fail, kRegressionBadArgument, "QR of the null space refused");
+  int rc = lapack_status(
+      blas([&] { return LAPACKE_dgeqrf(LAPACK_COL_MAJOR, ip, k, basis.v.data(), ip, tau.data()); }),
+      fail, kRegressionBadArgument, "QR of the null space refused");
   if (!rc)
-    rc = lapack_status(LAPACKE_dorgqr(LAPACK_COL_MAJOR, ip, ip, k, basis.v.data(), ip, tau.data()),
+    rc = lapack_status(blas([&] {
+                         return LAPACKE_dorgqr(LAPACK_COL_MAJOR, ip, ip, k, basis.v.data(), ip,
+                                               tau.data());
+                       }),
                        fail, kRegressionBadArgument, "forming the row space refused");
   if (rc) return rc;
   auto b = [&](int j, int c) { return basis(j, k + c); };  // the row-space basis, ip by rank
@@ -230,19 +249,25 @@ int solve_min_norm(const Problem& p, const Factor& f, const ScaledSvd& z, int ra
   }
   auto ct = buffer<double>(static_cast<std::size_t>(ip));
   std::copy(f.c.begin(), f.c.begin() + ip, ct.begin());
-  rc = lapack_status(LAPACKE_dgeqrf(LAPACK_COL_MAJOR, ip, rank, m.data(), ip, tau.data()), fail,
-                     kRegressionBadArgument, "QR of the reduced design refused");
+  rc = lapack_status(
+      blas([&] { return LAPACKE_dgeqrf(LAPACK_COL_MAJOR, ip, rank, m.data(), ip, tau.data()); }),
+      fail, kRegressionBadArgument, "QR of the reduced design refused");
   if (!rc)
-    rc = lapack_status(LAPACKE_dormqr(LAPACK_COL_MAJOR, 'L', 'T', ip, 1, rank, m.data(), ip,
-                                      tau.data(), ct.data(), ip),
+    rc = lapack_status(blas([&] {
+                         return LAPACKE_dormqr(LAPACK_COL_MAJOR, 'L', 'T', ip, 1, rank, m.data(),
+                                               ip, tau.data(), ct.data(), ip);
+                       }),
                        fail, kRegressionBadArgument, "applying Q refused");
   if (!rc)
-    rc = lapack_status(LAPACKE_dtrtrs(LAPACK_COL_MAJOR, 'U', 'N', 'N', rank, 1, m.data(), ip,
-                                      ct.data(), ip),
+    rc = lapack_status(blas([&] {
+                         return LAPACKE_dtrtrs(LAPACK_COL_MAJOR, 'U', 'N', 'N', rank, 1, m.data(),
+                                               ip, ct.data(), ip);
+                       }),
                        fail, kRegressionSingular, "zero diagonal in the reduced factor");
   if (!rc)
-    rc = lapack_status(LAPACKE_dtrtri(LAPACK_COL_MAJOR, 'U', 'N', rank, m.data(), ip), fail,
-                       kRegressionSingular, "zero diagonal in the reduced factor");
+    rc = lapack_status(
+        blas([&] { return LAPACKE_dtrtri(LAPACK_COL_MAJOR, 'U', 'N', rank, m.data(), ip); }), fail,
+        kRegressionSingular, "zero diagonal in the reduced factor");
   if (rc) return rc;
   if (p.ic)
     for (int c = 0; c < rank; ++c) ct[c] += p.ybar * b(0, c);
@@ -276,8 +301,10 @@ int leverages(const Problem& p, Factor& f, const ScaledSvd& z, int rank, double*
   std::fill(h, h + p.n, 0.0);
   if (rank == 0) return 0;
   const int ip = f.ip;
-  if (int rc = lapack_status(LAPACKE_dorgqr(LAPACK_COL_MAJOR, f.rows, ip, ip, f.a.get(), f.rows,
-                                            f.tau.data()),
+  if (int rc = lapack_status(blas([&] {
+                               return LAPACKE_dorgqr(LAPACK_COL_MAJOR, f.rows, ip, ip, f.a.get(),
+                                                     f.rows, f.tau.data());
+                             }),
                              fail, kRegressionBadArgument, "forming Q refused"))
     return rc;
   const std::size_t rows = static_cast<std::size_t>(f.rows);

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "core/nrvec/nrvec.h"
+#include "platform/blas_lock.h"
 #include "platform/linalg.h"
 
 namespace zomath {
@@ -103,11 +104,15 @@ int NRMat<double>::Pinv(NRMat<double>& mPinv, double dTolerance) const {
   for (int k = 0; k < rank; ++k)
     for (int j = 0; j < q; ++j) vt[k][j] *= s[k];
   if (!wide) {
-    cblas_dgemm(CblasRowMajor, CblasTrans, CblasTrans, q, p, rank, 1.0, vt.Data(), q, u.Data(), q,
-                0.0, mPinv.Data(), m);
+    platform::blas([&] {
+      return cblas_dgemm(CblasRowMajor, CblasTrans, CblasTrans, q, p, rank, 1.0, vt.Data(), q,
+                         u.Data(), q, 0.0, mPinv.Data(), m);
+    });
   } else {
-    cblas_dgemm(CblasRowMajor, CblasNoTrans, CblasNoTrans, p, q, rank, 1.0, u.Data(), q, vt.Data(),
-                q, 0.0, mPinv.Data(), m);
+    platform::blas([&] {
+      return cblas_dgemm(CblasRowMajor, CblasNoTrans, CblasNoTrans, p, q, rank, 1.0, u.Data(), q,
+                         vt.Data(), q, 0.0, mPinv.Data(), m);
+    });
   }
   return 0;
 }

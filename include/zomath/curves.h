@@ -150,6 +150,42 @@ ZOMATH_API int zomath_mean_increment(unsigned int nSize, const double* pData, do
                                      int nSegments, double* pSDs, int* pnCounts,
                                      unsigned int nUsed);
 
+/* The order of a sequence judged by its mean step: 2 rising, 1 falling, 0 neither. Steps that
+ * are all equal answer by their sign (0 for none); otherwise one-sided t tests of the first
+ * differences against 0, rising first, answer when their probability is below 1 - dConfidence
+ * (so a confidence of 1 answers 0). Differences with a NANUM are left out; none left: 0.
+ * pMeanInc, pSDInc, pnCount (optional): as zomath_mean_increment with one segment. Codes: -15
+ * (nSize < 2, dConfidence outside 0..1 or NaN), then those of zomath_mean_increment (-11,
+ * -166). */
+ZOMATH_API int zomath_check_order(unsigned int nSize, const double* pData, double* pMeanInc,
+                                  double* pSDInc, int* pnCount, double dConfidence);
+
+/* zomath_check_order at confidence 0.8 on nCurves consecutive segments of nSize / nCurves points
+ * (the last taking the rest): 2 all rising, 1 all falling or all without order, 0 segments that
+ * disagree. Every segment is judged; the optional arrays get one entry a segment. Codes: -2
+ * (nSize 0, nCurves < 1, segments below 2 points), -8 null pData. */
+ZOMATH_API int zomath_check_order_curve(unsigned int nSize, const double* pData, int nCurves,
+                                        double* pMeanInc, double* pSDInc, int* pnCounts);
+
+/* zomath_check_order_curve on the x of each curve with nSegments segments, read the other way
+ * round: 0 the curves agree on an order (rising or falling), 1 they agree on none, 2 they
+ * disagree. The optional arrays get nSegments entries a curve, curve after curve. Codes: -2
+ * (nCurves < 2), -8 (null pCurves, or a null pX or pY in it), or the first curve's failure. */
+ZOMATH_API int zomath_check_order_multiple_curves(unsigned int nCurves, const CurveRecord* pCurves,
+                                                  int nSegments, double* pMeanInc,
+                                                  double* pSDInc, int* pnCounts);
+
+/* How far from nStart (counted from the far end when bForward is false) the points stay one
+ * straight line. A window of 3 steps (nStep, or a tenth of the span nSize * dFraction when not
+ * positive) walks over the span, step by step, until the intercept of its line fit differs from
+ * that of the first fit (from the start to |nInitial| points on, or 3 steps for 0) by more than
+ * dFactor of its standard error, or it cannot be fitted. *pnEnd: the end of the last window that
+ * passed, start when none did, the span's last index when all did. Codes: -11 (pX, pY, pnEnd),
+ * -18 (nSize 0 or above INT_MAX, nStart >= nSize, dFraction negative or NaN, dFactor NaN). */
+ZOMATH_API int zomath_check_linear(unsigned int nSize, const double* pX, const double* pY,
+                                   int* pnEnd, double dFraction, double dFactor,
+                                   unsigned int nStart, bool bForward, int nInitial, int nStep);
+
 /* Merges, in place, runs of neighbours whose x gaps are within dTolerance (1e-8 when not
  * positive) times the x range: the run becomes one point at its middle x with the median
  * (nMode 1), minimum (2), maximum (3), sum (4) or mean (other values below 5) of its y, NANUM
@@ -209,6 +245,121 @@ ZOMATH_API int zomath_simple_math(int nSizeOut, double* pXOut, double* pYOut, in
  * than 2 points), -18 (another mode). */
 ZOMATH_API int zomath_derivative(const double* pX, const double* pY, double* pDeriv,
                                  unsigned int nSize, int nMode);
+
+/* ==== Smoothing ============================================================================= */
+
+/* Boundary modes of the window filters: what a window reads beyond the ends of the data. */
+#define ZOMATH_BOUNDARY_NONE 0     /* averaging and percentiles shrink the window symmetrically;
+                                      Savitzky-Golay fits the first and the last window */
+#define ZOMATH_BOUNDARY_REFLECT 1  /* about the half sample: position -1 reads element 0 */
+#define ZOMATH_BOUNDARY_REPEAT 2   /* the end value */
+#define ZOMATH_BOUNDARY_PERIODIC 3 /* position -1 reads the last element, position n the first */
+#define ZOMATH_BOUNDARY_LINEAR 4   /* a straight line through the end data */
+#define ZOMATH_BOUNDARY_ZERO 5     /* zeros (Savitzky-Golay, percentiles); 0 in plain averaging */
+
+/* Methods of zomath_smooth and shapes of get_sampling_window_offset. */
+#define ZOMATH_SMOOTH_ADJACENT_AVERAGING 0
+#define ZOMATH_SMOOTH_SAVITZKY_GOLAY 1
+#define ZOMATH_SMOOTH_PERCENTILE 2
+#define ZOMATH_WINDOW_RECTANGLE 0
+#define ZOMATH_WINDOW_DISC 1
+#define ZOMATH_WINDOW_CROSS 2
+#define ZOMATH_WINDOW_DIAGONALS 3
+
+/* Codes of the smoothing exports beside the shared ones. The Fourier filter's are positive. */
+enum {
+  ZOMATH_SMOOTH_ERR_WINDOW = -9,  /* averaging: window too wide, boundary not supported, or
+                                     linear extension without two values at an end */
+  ZOMATH_FFT_BAD_SIZE = 1,        /* no points, or more than INT_MAX */
+  ZOMATH_FFT_BAD_FILTER_TYPE = 2, /* unknown filter type */
+  ZOMATH_FFT_BAD_ARGUMENT = 3,    /* cut-off NaN or below 0 */
+  ZOMATH_FFT_NO_MEMORY = 4        /* working storage or a transform plan could not be had */
+};
+
+/* One of the three window filters by nMethod (ZOMATH_SMOOTH_*), nLeft the half width of each:
+ * zomath_adjave_smooth (reads bWeighted), zomath_savitsky_golay (nRight, nPolyOrder, nDeriv)
+ * or zomath_median_filter (dPercent, bEdfAver), with nBoundary 0 to 4. pDst may be pSrc.
+ * Codes: -5 nSize < 1, -11, -18 nMethod above 2 or nBoundary above 4 (negatives included),
+ * then the filter's own. */
+ZOMATH_API int zomath_smooth(int nSize, const double* pSrc, double* pDst, int nLeft, int nMethod,
+                             int nBoundary, int nRight, int nPolyOrder, int nDeriv,
+                             double dPercent, bool bWeighted, bool bEdfAver);
+
+/* Moving average over the 2 nHalf + 1 points about each point, NANUM left out (a window of
+ * NANUM alone gives NANUM). Plain: a running sum with its rounding errors carried, so the
+ * cost does not depend on nHalf and nothing drifts; weighted: offset k weighs
+ * 1 - (k / (nHalf + 1))^2. Mode 0 (and 5 when plain) shrinks the window to stay centred, so
+ * the end points are their own; mode 4 continues from each end the line through its first two
+ * values that are not NANUM: position -k reads v0 + k (v0 - v1). nSize 1 returns 0 with pDst
+ * unwritten. pDst may be pSrc. Codes: -11, -9 (nHalf < 0 or >= nSize, a mode outside 0..5, 5
+ * when weighted, mode 4 with fewer than two values at an end), -166. */
+ZOMATH_API int zomath_adjave_smooth(const double* pSrc, double* pDst, unsigned int nSize,
+                                    int nHalf, int nBoundary, bool bWeighted);
+
+/* Savitzky-Golay filter over offsets -nLeft..nRight (nRight < 0: nLeft) with a polynomial of
+ * order nPolyOrder: coefficient nDeriv of the local polynomial in index units (the nDeriv-th
+ * derivative / nDeriv!). Boundary 0 fits the first and the last window whole and reads those
+ * polynomials at the first nLeft + 1 (nDeriv > 0: nLeft) and last nRight points, as true
+ * nDeriv-th derivatives; 1 to 5 pad the data (mode 4 with the line through the two end points)
+ * and filter every point alike. NANUM is an ordinary number here (the end fits leave it out;
+ * an end fit without values gives NANUM). pDst may be pSrc. Codes: -11, -18 (nLeft < 0,
+ * nPolyOrder < 1, nDeriv < 0 or above the order, nBoundary > 5, window shorter than
+ * nPolyOrder + 1 points or longer than nSize), -1 the weights could not be had to 15 digits
+ * (orders above about 22), -166. */
+ZOMATH_API int zomath_savitsky_golay(const double* pSrc, double* pDst, unsigned int nSize,
+                                     int nLeft, int nRight, int nPolyOrder, int nDeriv,
+                                     unsigned int nBoundary);
+
+/* The nDeriv-th derivative of y in x units for evenly spaced x, by zomath_savitsky_golay with
+ * boundary 0 (nRight -1: nLeft), times |1 / (x1 - x0)|^nDeriv nDeriv! (the ends, already true
+ * derivatives, take the factorial as well), negated for falling x and odd nDeriv. bClean: each
+ * change of sign between neighbours is made to pass through an exact 0 (the second of the pair
+ * is set to 0). NANUM outputs stay NANUM. Codes: -11, -1 the first two x equal (to 12 digits),
+ * -18 (nSize < 3, nLeft or nRight < 1, nSize < nLeft + nRight), those of zomath_savitsky_golay. */
+ZOMATH_API int zomath_savitsky_golay_derivative(const double* pX, const double* pY,
+                                                double* pDeriv, unsigned int nSize, int nLeft,
+                                                int nRight, int nPolyOrder, int nDeriv,
+                                                bool bClean);
+
+/* Running percentile dPercent of the 2 nHalf + 1 points about each point, by the rule
+ * INTERPOLATE_EDF_AVER (bEdfAver) or INTERPOLATE_EDF of zomath_percentiles, NANUM and NaN left
+ * out; the median at 50. The window is kept sorted as it slides (at most 2 nHalf + 1 moves a
+ * point). Mode 0 shrinks the window to stay centred; 1 to 5 pad the data from the nHalf end
+ * points (mode 4: the line fitted through them). A window without values gives NANUM.
+ * pDst may be pSrc. Codes: -11, -151 (dPercent outside 0..100, nHalf < 0,
+ * nSize < 2 nHalf + 1, nBoundary > 5), -155 every padded window was NANUM alone, -166. */
+ZOMATH_API int zomath_median_filter(int nSize, const double* pSrc, double* pDst, int nHalf,
+                                    double dPercent, unsigned int nBoundary, bool bEdfAver);
+
+/* Mean (pAve) and standard deviation (pSD, n - 1 denominator) of the nWindow values starting
+ * at 0, nStep, 2 nStep, ... below nSize, a window past the end continuing from the start
+ * (NANUM left out; no value: NANUM). Either output may be null; each needs one slot a window.
+ * Returns the number of windows, or -11 (null pData), -18 (nStep or nWindow 0, nWindow or
+ * nSize above INT_MAX), -166. */
+ZOMATH_API int zomath_d_running_ave_circular(const double* pData, unsigned int nSize,
+                                             unsigned int nWindow, double* pAve, double* pSD,
+                                             unsigned int nStep);
+
+/* Low-pass Fourier filter. The data, taken as one period, are transformed; bin k (k cycles
+ * over the series) stands at f = k / (nSize - 1) and is multiplied by 1 for
+ * f <= dCutoff - d, 0 for f >= dCutoff + d and a raised cosine between, d = 1 / (2 (nSize - 1)),
+ * so 1/2 at dCutoff (the level, k = 0, always passes); then transformed back. dCutoff is thus
+ * about cycles per sample (the bins end near 0.5). A NaN or infinity spreads to every output;
+ * NANUM is an ordinary number. pDst may be pSrc and is written only on success. Codes: -11,
+ * ZOMATH_FFT_* (nSize 0 or above INT_MAX, dCutoff NaN or below 0, no memory). */
+ZOMATH_API int zomsp_fft_filter_smoothing(unsigned int nSize, const double* pSrc, double* pDst,
+                                          double dCutoff);
+
+/* Offsets of the cells of a nWidth by nHeight window (area odd) about its centre in a
+ * row-major image of row stride nStride: pOffsets[i] = dx + dy nStride, dx and dy in pDX and
+ * pDY (room for nWidth nHeight each). Shapes: 0 rectangle row by row (pDY counts from
+ * -nWidth/2 whatever the height), 1 disc dx^2 + dy^2 <= (nWidth/2)^2 row by row, 2 cross (the
+ * column, then the row left and right of the centre), 3 both diagonals (dx = dy, then the
+ * other from the left, then from the right); 1 and 3 square only. Returns the count; 0 for a
+ * 1 by 1 window (nothing written); -1 for a size or stride below 1, an even area, an unknown
+ * shape, a null array, or an offset beyond the int range. */
+ZOMATH_API int get_sampling_window_offset(int* pOffsets, int* pDX, int* pDY, int nStride,
+                                          int nWidth, int nHeight, int nShape);
 
 ZOMATH_EXTERN_C_END
 

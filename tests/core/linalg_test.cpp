@@ -12,6 +12,7 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "core/nrvec/nrvec.h"
@@ -414,6 +415,29 @@ TEST(Linalg, TransposeMovesEveryElementTypeBitForBit) {
   EXPECT_EQ(d[1], 2.0);
   EXPECT_EQ(zomath_transpose(1, 2, 0, nullptr), ZOMATH_ERR_NULL_POINTER);
   EXPECT_EQ(zomath_transpose(0, 2, 0, d), ZOMATH_ERR_SIZE);
+}
+
+TEST(Linalg, HostThreadsInvertAtTheSameTime) {
+  // The BLAS underneath shares its work buffers between calls; two host threads inverting at
+  // once must still get exactly the single-thread inverse every time.
+  const int n = 160;
+  std::mt19937 gen(7);
+  std::normal_distribution<double> normal;
+  std::vector<double> a(n * n);
+  for (double& v : a) v = normal(gen);
+  std::vector<double> expected = a;
+  ASSERT_EQ(zomath_inverse(expected.data(), n), 0);
+  auto worker = [&](int* mismatches) {
+    for (int round = 0; round < 300; ++round) {
+      std::vector<double> b = a;
+      if (zomath_inverse(b.data(), n) != 0 || b != expected) ++*mismatches;
+    }
+  };
+  int bad1 = 0, bad2 = 0;
+  std::thread t1(worker, &bad1), t2(worker, &bad2);
+  t1.join();
+  t2.join();
+  EXPECT_EQ(bad1 + bad2, 0);
 }
 
 TEST(Linalg, NormsAndThePackedTriangle) {

@@ -50,6 +50,19 @@ TEST(HostileInput, EveryExportAnswersWithADocumentedCode) {
     EXPECT_LE(zomath_xatasymt(n, x.data(), y.data(), &v), 0);
     EXPECT_GE(zomath_is_monotonic(x.data(), n, round % 2), 0);
     zomath_mean_increment(n, y.data(), out.data(), 1 + round % 3, d.data(), idx, round % 5);
+    const int order = zomath_check_order(n, y.data(), out.data(), d.data(), idx, at[0]);
+    EXPECT_TRUE(order == -15 || (order >= 0 && order <= 2)) << order;
+    const int segments = zomath_check_order_curve(n, y.data(), 1 + round % 3, out.data(), d.data(), idx);
+    EXPECT_TRUE(segments == -2 || (segments >= 0 && segments <= 2)) << segments;
+    const CurveRecord curves[2] = {{n, x.data(), y.data(), 0}, {n, y.data(), x.data(), 0}};
+    const int list = zomath_check_order_multiple_curves(2, curves, 1 + round % 2, out.data(), d.data(), idx);
+    EXPECT_TRUE(list == -2 || (list >= 0 && list <= 2)) << list;
+    int end = -99;
+    const int linear = zomath_check_linear(n, x.data(), y.data(), &end, at[1], at[2], rng() % n,
+                                           round % 2, static_cast<int>(rng() % 9) - 4,
+                                           static_cast<int>(rng() % 5) - 1);
+    EXPECT_TRUE(linear == -18 || (linear == 0 && end >= 0 && end < static_cast<int>(n)))
+        << linear << " " << end;
     std::vector<double> px = x, py = y;
     EXPECT_LE(zomath_xy_remove_duplicates(px.data(), py.data(), n, round % 6 - 1, at[5], round % 2,
                                           out.data(), d.data(), idx), static_cast<int>(n));
