@@ -65,26 +65,6 @@ platform::DeviationSums deviations(const double* x, const double* w, std::ptrdif
                                   bRootWeights, true, pExtras ? pExtras->second_pass(s) : nullptr);
 }
 
-namespace {
-
-// Room for n keys of the mode from a buffer that each thread keeps between calls: a sample of
-// 10^7 values needs 80 MB, which fresh from the system costs a page fault every 4 KiB, more
-// than the counting itself. A call that needs under a quarter of it lets it go. Null when the
-// memory can't be had.
-std::uint64_t* key_buffer(std::size_t n) {
-  thread_local std::unique_ptr<std::uint64_t[]> held;
-  thread_local std::size_t size = 0;
-  if (n > size || (size > 4 * n && size > (std::size_t{1} << 17))) {
-    held.reset();
-    size = 0;
-    held.reset(new (std::nothrow) std::uint64_t[n]);
-    if (held) size = n;
-  }
-  return held.get();
-}
-
-}  // namespace
-
 ModeAndSpread::ModeAndSpread(const double* x, std::ptrdiff_t n, bool bMode, bool bGeoSD)
     : x_(x), n_(n), keys_(bMode && x && n > 0), logs_(bGeoSD) {
   if (!keys_) return;
@@ -110,11 +90,11 @@ const platform::SecondPassExtras* ModeAndSpread::second_pass(const platform::Fir
     at[0] = 0;
     for (std::size_t b = 0; b < buckets; ++b) at[b + 1] = at[b] + count[b];
     std::copy(at, at + buckets + 1, next);  // next[buckets]: the spare bucket past the keys
-    keyStore_ = key_buffer(at[buckets] + count[buckets]);
+    keyStore_.reset(new (std::nothrow) std::uint64_t[at[buckets] + count[buckets]]);
     if (!keyStore_) throw ZOMATH_ERROR_NO_MEMORY;
     extras_.logBuckets = counts_.logBuckets;
     extras_.next = next;
-    extras_.keys = keyStore_;
+    extras_.keys = keyStore_.get();
   }
   if (logs_ && s.negatives == 0 && s.zeros == 0) {  // else a value has no logarithm
     // The logarithms less the mean logarithm of the valid points, so that their sums cancel
@@ -134,7 +114,7 @@ void ModeAndSpread::finish(const platform::FirstSums& s, int flag) {
   if (keys_) {
     const std::size_t buckets = std::size_t{1} << counts_.logBuckets;
     const std::size_t* at = bounds_.get() + buckets + 1;
-    const kernels::MostFrequent f = kernels::most_frequent_grouped(keyStore_, at, counts_.logBuckets, 0.0);
+    const kernels::MostFrequent f = kernels::most_frequent_grouped(keyStore_.get(), at, counts_.logBuckets, 0.0);
     multiModal = f.count > 1 && f.ties > 1;
     mode = f.count > 1 ? f.value : NANUM;
   }
