@@ -193,102 +193,203 @@ void sorted_values(const double* p, std::size_t n, NRVec<double>& out) {
   for (std::size_t i = 0; i < m; ++i) o[i] = from_order_key(k[i]);
 }
 
-// Values are grouped without an order: a pass counts them into 2^b buckets by a hash of their
-// bits, a second copies their bits there, and each bucket, a few thousand values that stay in
-// the cache, is counted in an open-addressing table (linear probing, grown when half full).
-// Only the buckets that hold the largest count are counted again to find its values. Three
-// reads and one write of the data where a sort makes a dozen.
+namespace {
+
+// The inverse of kGroupMix modulo 2^64, by Newton's iteration (each step doubles the bits).
+constexpr std::uint64_t inverse(std::uint64_t a) {
+  std::uint64_t x = a;
+  for (int i = 0; i < 6; ++i) x *= 2 - a * x;
+  return x;
+}
+static_assert(inverse(kGroupMix) * kGroupMix == 1, "the key mix is a bijection");
+
+// Counts of keys in open addressing with linear probing. The slots that hold a key are listed,
+// so that emptying the table costs what filling it did.
+class KeyCounter {
+ public:
+  // Empties the table, with room for `distinct` keys at half load (up to 2^15 of them; more
+  // grow it).
+  void reset(std::size_t distinct) {
+    for (std::size_t i = 0; i < used_; ++i) count_.get()[slots_.get()[i]] = 0;
+    used_ = 0;
+    int log = 4;
+    while (log < 16 && (std::size_t{1} << log) < 2 * distinct) ++log;
+    if (log > log_) resize(log);
+  }
+  // Counts key; false when the table is half full (then nothing was counted: grow() and count
+  // the keys again).
+  bool add(std::uint64_t key) {
+    const std::size_t mask = (std::size_t{1} << log_) - 1;
+    std::size_t slot = (key * 0xC2B2AE3D27D4EB4Full) >> (64 - log_);
+    std::uint32_t* count = count_.get();
+    std::uint64_t* keys = keys_.get();
+    while (count[slot] != 0 && keys[slot] != key) slot = (slot + 1) & mask;
+    if (count[slot] == 0) {
+      if (2 * (used_ + 1) > mask + 1) return false;
+      keys[slot] = key;
+      slots_.get()[used_++] = static_cast<std::uint32_t>(slot);
+    }
+    ++count[slot];
+    return true;
+  }
+  void grow() { resize(log_ + 1); }
+  std::size_t used() const { return used_; }
+  std::uint64_t key(std::size_t i) const { return keys_.get()[slots_.get()[i]]; }
+  std::size_t count(std::size_t i) const { return count_.get()[slots_.get()[i]]; }
+  void set_count(std::size_t i, std::size_t c) { count_.get()[slots_.get()[i]] = static_cast<std::uint32_t>(c); }
+
+ private:
+  void resize(int log) {
+    const std::size_t size = std::size_t{1} << log;
+    keys_ = Block<std::uint64_t>(size);
+    count_ = Block<std::uint32_t>(size);
+    slots_ = Block<std::uint32_t>(size / 2);
+    std::fill(count_.get(), count_.get() + size, 0u);
+    log_ = log;
+    used_ = 0;
+  }
+  Block<std::uint64_t> keys_{1};
+  Block<std::uint32_t> count_{1}, slots_{1};
+  std::size_t used_ = 0;
+  int log_ = 0;
+};
+
+}  // namespace
+
+double group_value(std::uint64_t key) {
+  const std::uint64_t v = key * inverse(kGroupMix);
+  const std::uint64_t u = v ^ (v >> 32);
+  double x;
+  std::memcpy(&x, &u, sizeof x);
+  return x;
+}
+
+int group_log_buckets(std::size_t n) {
+  int log = 0;
+  while (log < 11 && (std::size_t{4096} << log) < n) ++log;
+  return log;
+}
+
+namespace {
+
+// Bits of the bitmap for a bucket of `size` keys: 16 a key, from 2^9 to 2^18.
+int bitmap_bits(std::size_t size) {
+  int bits = 9;
+  while (bits < 18 && (std::size_t{1} << bits) < 16 * size) ++bits;
+  return bits;
+}
+
+// The top count of most_frequent_grouped, with the first position of a bit held as Position.
+template <class Position>
+MostFrequent count_buckets(const std::uint64_t* keys, const std::size_t* at, int logBuckets,
+                           std::size_t largest) {
+  const std::size_t buckets = std::size_t{1} << logBuckets;
+  const int mostBits = bitmap_bits(largest);
+  const Block<std::uint64_t> seenBlock(std::size_t{1} << (mostBits - 6)), repeats(largest);
+  const Block<Position> firstBlock(std::size_t{1} << mostBits);
+  std::uint64_t* seen = seenBlock.get();
+  Position* first = firstBlock.get();
+  std::uint64_t* list = repeats.get();
+  KeyCounter counter;
+  MostFrequent best{HUGE_VAL, 1, 0};
+  for (std::size_t b = 0; b < buckets; ++b) {
+    const std::uint64_t* k = keys + at[b];
+    const std::size_t size = at[b + 1] - at[b];
+    if (size < 2) continue;
+    const int bits = bitmap_bits(size);
+    const int shift = 64 - logBuckets - bits;
+    const std::uint64_t mask = (std::uint64_t{1} << bits) - 1;
+    std::fill(seen, seen + (std::size_t{1} << (bits - 6)), std::uint64_t{0});
+    std::size_t listed = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+      __builtin_prefetch(k + i + 64);
+      const std::uint64_t j = (k[i] >> shift) & mask;
+      const std::uint64_t bit = std::uint64_t{1} << (j & 63);
+      const std::uint64_t word = seen[j >> 6];
+      if (word & bit) {
+        list[listed++] = k[i];
+        continue;
+      }
+      seen[j >> 6] = word | bit;
+      first[j] = static_cast<Position>(i);
+    }
+    if (listed == 0) continue;
+    counter.reset(listed);
+    for (std::size_t i = 0; i < listed; ++i) {
+      if (counter.add(list[i])) continue;
+      counter.grow();
+      i = static_cast<std::size_t>(-1);  // the list again
+    }
+    std::size_t most = 0;
+    for (std::size_t i = 0; i < counter.used(); ++i) {
+      const std::uint64_t key = counter.key(i);
+      const std::size_t count = counter.count(i) + (k[first[(key >> shift) & mask]] == key);
+      counter.set_count(i, count);
+      most = std::max(most, count);
+    }
+    if (most < best.count) continue;
+    if (most > best.count) best = MostFrequent{HUGE_VAL, most, 0};
+    for (std::size_t i = 0; i < counter.used(); ++i) {
+      if (counter.count(i) != most) continue;
+      ++best.ties;
+      best.value = std::min(best.value, group_value(counter.key(i)));
+    }
+  }
+  return best;
+}
+
+}  // namespace
+
+// Each bucket is read once while the cache holds it. A bitmap of 16 bits a key, indexed by the
+// key bits below the bucket's, marks the bits taken, and a table beside it keeps the position
+// of the key that took each. A key whose bit is taken joins a short list: every repeat of a
+// value does, and the few distinct values that share a bit. Counted exactly, a value of the list
+// occurs that often, plus once if it took its bit first. Data whose values are nearly all
+// distinct list a few per cent of the keys; data with many repeats list them all, counted in a
+// table as large as their distinct values.
+MostFrequent most_frequent_grouped(const std::uint64_t* keys, const std::size_t* at,
+                                   int logBuckets, double least) {
+  const std::size_t buckets = std::size_t{1} << logBuckets;
+  const std::size_t m = at[buckets];
+  if (m == 0) return MostFrequent{};
+  std::size_t largest = 0;
+  for (std::size_t b = 0; b < buckets; ++b) largest = std::max(largest, at[b + 1] - at[b]);
+  const MostFrequent best = largest <= 0xFFFF
+                                ? count_buckets<std::uint16_t>(keys, at, logBuckets, largest)
+                                : count_buckets<std::uint32_t>(keys, at, logBuckets, largest);
+  if (best.count == 1) return MostFrequent{least, 1, m};
+  return best;
+}
+
+// Two reads of the data: one counts the keys of each bucket, the other copies them there; then
+// each bucket is counted in the cache.
 MostFrequent most_frequent(const double* p, std::size_t n) {
   auto valid = [](double x) { return x == x && x != NANUM; };
-  auto bits = [](double x) {
-    x += 0.0;  // -0 becomes +0
-    std::uint64_t u;
-    std::memcpy(&u, &x, sizeof u);
-    return u;
-  };
-  int logBuckets = 0;
-  while (logBuckets < 12 && (std::size_t{4096} << logBuckets) < n) ++logBuckets;
+  const int logBuckets = group_log_buckets(n);
   const std::size_t buckets = std::size_t{1} << logBuckets;
-  auto bucket = [logBuckets](std::uint64_t u) -> std::size_t {
-    return logBuckets ? (u * 0x9E3779B97F4A7C15ull) >> (64 - logBuckets) : 0;
-  };
-  const Block<std::size_t> start(buckets + 1);
-  std::size_t* at = start.get();
+  const Block<std::size_t> bounds(buckets + 1);
+  std::size_t* at = bounds.get();
   std::fill(at, at + buckets + 1, std::size_t{0});
-  std::size_t m = 0;
   double least = HUGE_VAL;
   for (std::size_t i = 0; i < n; ++i)
     if (valid(p[i])) {
-      ++at[bucket(bits(p[i])) + 1];
-      ++m;
+      ++at[group_bucket(group_key(p[i]), logBuckets) + 1];
       least = std::min(least, p[i] + 0.0);
     }
-  if (m == 0) return MostFrequent{};
   for (std::size_t b = 0; b < buckets; ++b) at[b + 1] += at[b];
+  const std::size_t m = at[buckets];
+  if (m == 0) return MostFrequent{};
   const Block<std::uint64_t> keys(m);
   {
     const Block<std::size_t> next(buckets);
     std::copy(at, at + buckets, next.get());
     for (std::size_t i = 0; i < n; ++i)
       if (valid(p[i])) {
-        const std::uint64_t u = bits(p[i]);
-        keys.get()[next.get()[bucket(u)]++] = u;
+        const std::uint64_t key = group_key(p[i]);
+        keys.get()[next.get()[group_bucket(key, logBuckets)]++] = key;
       }
   }
-
-  // The counting table, reused from bucket to bucket: as large as the average bucket to start
-  // with, doubled by the first bucket that fills half of it.
-  int logSlots = 4;
-  while ((std::size_t{1} << logSlots) < m / buckets) ++logSlots;
-  std::unique_ptr<Block<std::uint64_t>> held(new Block<std::uint64_t>(std::size_t{1} << logSlots));
-  std::unique_ptr<Block<std::uint32_t>> counts(new Block<std::uint32_t>(std::size_t{1} << logSlots));
-  // Counts bucket b into the table; returns its largest count.
-  auto count = [&](std::size_t b) {
-    for (;;) {
-      const std::size_t size = std::size_t{1} << logSlots;
-      std::uint32_t* c = counts->get();
-      std::uint64_t* h = held->get();
-      std::fill(c, c + size, 0u);
-      std::size_t distinct = 0;
-      std::uint32_t most = 0;
-      bool full = false;
-      for (std::size_t k = at[b]; k < at[b + 1] && !full; ++k) {
-        const std::uint64_t u = keys.get()[k];
-        std::size_t slot = (u * 0xC2B2AE3D27D4EB4Full) >> (64 - logSlots);
-        while (c[slot] != 0 && h[slot] != u) slot = (slot + 1) & (size - 1);
-        if (c[slot] == 0) {
-          h[slot] = u;
-          full = 2 * ++distinct > size;
-        }
-        most = std::max(most, ++c[slot]);
-      }
-      if (!full) return most;
-      // Half full: twice the slots, and this bucket again.
-      ++logSlots;
-      held.reset(new Block<std::uint64_t>(std::size_t{1} << logSlots));
-      counts.reset(new Block<std::uint32_t>(std::size_t{1} << logSlots));
-    }
-  };
-  const Block<std::uint32_t> most(buckets);
-  std::uint32_t top = 0;
-  for (std::size_t b = 0; b < buckets; ++b) top = std::max(top, most.get()[b] = count(b));
-  MostFrequent best{least, top, m};
-  if (top == 1) return best;  // every value distinct
-  best.ties = 0;
-  best.value = HUGE_VAL;
-  for (std::size_t b = 0; b < buckets; ++b) {
-    if (most.get()[b] != top) continue;
-    count(b);
-    const std::size_t size = std::size_t{1} << logSlots;
-    for (std::size_t slot = 0; slot < size; ++slot) {
-      if (counts->get()[slot] != top) continue;
-      double v;
-      std::memcpy(&v, &held->get()[slot], sizeof v);
-      ++best.ties;
-      best.value = std::min(best.value, v);
-    }
-  }
-  return best;
+  return most_frequent_grouped(keys.get(), at, logBuckets, least);
 }
 
 }  // namespace zomath::kernels

@@ -659,4 +659,26 @@ struct MostFrequent {
 };
 MostFrequent most_frequent(const double* p, std::size_t n);
 
+// Grouping of equal values for most_frequent and for passes that gather the values themselves.
+// A value's key mixes its bits (-0 read as +0) by a bijection, so that equal keys are equal
+// values while the keys of close values lie far apart; the top bits of a key pick its bucket.
+constexpr std::uint64_t kGroupMix = 0x9E3779B97F4A7C15ull;  // odd: the product is a bijection
+inline std::uint64_t group_key(double x) {
+  x += 0.0;
+  std::uint64_t u;
+  std::memcpy(&u, &x, sizeof u);
+  return (u ^ (u >> 32)) * kGroupMix;
+}
+double group_value(std::uint64_t key);
+// log2 of the bucket count for n values: buckets of a few hundred keys, that the cache holds.
+int group_log_buckets(std::size_t n);
+inline std::size_t group_bucket(std::uint64_t key, int logBuckets) {
+  return logBuckets ? static_cast<std::size_t>(key >> (64 - logBuckets)) : 0;
+}
+// most_frequent of the values whose keys are grouped by bucket, bucket b in keys[at[b]] to
+// keys[at[b + 1] - 1]; `least` is the smallest of them, the answer when every value is distinct.
+// Throws ZOMATH_ERROR_NO_MEMORY when working storage can't be had.
+MostFrequent most_frequent_grouped(const std::uint64_t* keys, const std::size_t* at,
+                                   int logBuckets, double least);
+
 }  // namespace zomath::kernels

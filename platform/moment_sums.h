@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace zomath::platform {
 
@@ -32,7 +33,19 @@ struct FirstSums {
                                        // 0, formed in long double (0 when there is none)
 };
 
-FirstSums first_sums(const double* x, const double* w, std::ptrdiff_t n, bool bSkipMissing);
+// The first pass can also count, for the mode, the values of each bucket of keys
+// (kernels::group_key, group_bucket): counts[b] grows by the values of bucket b < 2^logBuckets,
+// counts[2^logBuckets] by the points that have none (NANUM, NaN) and by the lanes of the last
+// vector past the data. Weights are not looked at.
+// `counted` tells that a pass did so.
+struct KeyCounts {
+  int logBuckets = 0;
+  std::size_t* counts = nullptr;
+  bool counted = false;
+};
+
+FirstSums first_sums(const double* x, const double* w, std::ptrdiff_t n, bool bSkipMissing,
+                     KeyCounts* pKeyCounts = nullptr);
 
 // Sums over the points that the first pass kept, of the scaled deviations
 // d = (x - mean - meanLow) scale, each carried as a double and its small correction,
@@ -55,7 +68,26 @@ struct DeviationSums {
 // within the normal range); 1 when maxAbs is 0 or not finite.
 double deviation_scale(double maxAbs);
 
+// What the second pass can gather besides, over the values that are not NANUM (weights not
+// looked at): the keys of the values for the mode, each written at keys[next[b]++] for its
+// bucket b, the points without one (and the lanes past the data) in the spare bucket
+// 2^logBuckets, whose room the first pass counted; and the logarithms for the geometric SD.
+struct LogSums {
+  double sum = 0;            // sum of d = ln x - shift
+  double sumSquares = 0;     // sum of d^2, both compensated
+  std::ptrdiff_t count = 0;  // values taken
+  bool bad = false;          // a value 0 or below, NaN or infinite: no logarithm
+};
+struct SecondPassExtras {
+  int logBuckets = 0;
+  std::size_t* next = nullptr;  // null: no keys
+  std::uint64_t* keys = nullptr;
+  LogSums* logs = nullptr;      // null: no logarithms
+  long double shift = 0;        // a value near the mean logarithm
+};
+
 DeviationSums deviation_sums(const double* x, const double* w, std::ptrdiff_t n, double mean,
-                             double meanLow, double scale, bool bRootWeights, bool bSkipMissing);
+                             double meanLow, double scale, bool bRootWeights, bool bSkipMissing,
+                             const SecondPassExtras* pExtras = nullptr);
 
 }  // namespace zomath::platform

@@ -1,7 +1,9 @@
 #include "stats/moments.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <new>
 
 #include "core/kernels.h"
 #include "core/nrvec/nrvec.h"
@@ -32,8 +34,9 @@ double single_point(const double* x, std::ptrdiff_t n, const double* w, int flag
 
 }  // namespace
 
-platform::FirstSums scan(const double* x, const double* w, std::ptrdiff_t n) {
-  return platform::first_sums(x, w, n, true);
+platform::FirstSums scan(const double* x, const double* w, std::ptrdiff_t n,
+                         platform::KeyCounts* pKeyCounts) {
+  return platform::first_sums(x, w, n, true, pKeyCounts);
 }
 
 double denominator(int flag, double n, double W, double S2) {
@@ -54,16 +57,84 @@ double geometric_mean(const platform::FirstSums& s) {
 }
 
 platform::DeviationSums deviations(const double* x, const double* w, std::ptrdiff_t n,
-                                   const platform::FirstSums& s, bool bRootWeights) {
+                                   const platform::FirstSums& s, bool bRootWeights,
+                                   ModeAndSpread* pExtras) {
   // Deviations in units of a power of two near the data, so that their fourth powers neither
   // overflow nor underflow; the sums are brought back to the data's units by the caller.
   return platform::deviation_sums(x, w, n, s.mean, s.meanLow, platform::deviation_scale(s.maxAbs),
-                                  bRootWeights, true);
+                                  bRootWeights, true, pExtras ? pExtras->second_pass(s) : nullptr);
+}
+
+ModeAndSpread::ModeAndSpread(const double* x, std::ptrdiff_t n, bool bMode, bool bGeoSD)
+    : x_(x), n_(n), keys_(bMode && x && n > 0), logs_(bGeoSD) {
+  if (!keys_) return;
+  counts_.logBuckets = kernels::group_log_buckets(static_cast<std::size_t>(n));
+  const std::size_t buckets = std::size_t{1} << counts_.logBuckets;
+  // counts (buckets + 1), bucket starts (buckets + 1), write positions (buckets + 1)
+  bounds_.reset(new (std::nothrow) std::size_t[3 * (buckets + 1)]);
+  if (!bounds_) throw ZOMATH_ERROR_NO_MEMORY;
+  std::fill(bounds_.get(), bounds_.get() + buckets + 1, std::size_t{0});
+  counts_.counts = bounds_.get();
+}
+
+const platform::SecondPassExtras* ModeAndSpread::second_pass(const platform::FirstSums& s) {
+  if (passed_ || (!keys_ && !logs_)) return nullptr;
+  passed_ = true;
+  extras_ = platform::SecondPassExtras{};
+  if (keys_) {
+    const std::size_t buckets = std::size_t{1} << counts_.logBuckets;
+    if (!counts_.counted) scan(x_, nullptr, n_, &counts_);  // a scan that didn't count them
+    std::size_t* count = bounds_.get();
+    std::size_t* at = count + buckets + 1;
+    std::size_t* next = at + buckets + 1;
+    at[0] = 0;
+    for (std::size_t b = 0; b < buckets; ++b) at[b + 1] = at[b] + count[b];
+    std::copy(at, at + buckets + 1, next);  // next[buckets]: the spare bucket past the keys
+    keyStore_.reset(new (std::nothrow) std::uint64_t[at[buckets] + count[buckets]]);
+    if (!keyStore_) throw ZOMATH_ERROR_NO_MEMORY;
+    extras_.logBuckets = counts_.logBuckets;
+    extras_.next = next;
+    extras_.keys = keyStore_.get();
+  }
+  if (logs_ && s.negatives == 0 && s.zeros == 0) {  // else a value has no logarithm
+    // The logarithms less the mean logarithm of the valid points, so that their sums cancel
+    // little.
+    extras_.logs = &logSums_;
+    const double g = s.geometricMean;
+    extras_.shift = g > 0 && std::isfinite(g) ? std::log(static_cast<long double>(g)) : 0.0L;
+  }
+  return &extras_;
+}
+
+void ModeAndSpread::finish(const platform::FirstSums& s, int flag) {
+  // Without a second pass of the moments, one of its own: the extras look neither at the
+  // weights nor at the mean.
+  if (!passed_ && (keys_ || logs_))
+    platform::deviation_sums(x_, nullptr, n_, 0.0, 0.0, 1.0, false, true, second_pass(s));
+  if (keys_) {
+    const std::size_t buckets = std::size_t{1} << counts_.logBuckets;
+    const std::size_t* at = bounds_.get() + buckets + 1;
+    const kernels::MostFrequent f = kernels::most_frequent_grouped(keyStore_.get(), at, counts_.logBuckets, 0.0);
+    multiModal = f.count > 1 && f.ties > 1;
+    mode = f.count > 1 ? f.value : NANUM;
+  }
+  if (extras_.logs) {
+    // The corrected two-pass form takes out what the shift misses of the mean.
+    const platform::LogSums& l = logSums_;
+    const double count = static_cast<double>(l.count);
+    const double den = denominator(flag, count, count, count);
+    geoSD = NANUM;
+    if (!l.bad && l.count > 0 && den > 0) {
+      const double v = std::fmax(0.0, (l.sumSquares - l.sum * l.sum / count) / den);
+      const double sd = std::sqrt(v);
+      if (std::isfinite(sd)) geoSD = std::exp(sd);
+    }
+  }
 }
 
 double moment_engine(const double* x, std::ptrdiff_t nx, const double* w, std::ptrdiff_t nw,
                      int flag, const MomentOutputs& out, const platform::FirstSums* pScan,
-                     const platform::DeviationSums* pDev) {
+                     const platform::DeviationSums* pDev, ModeAndSpread* pExtras) {
   for (double* p : {out.mean, out.mad, out.sd, out.variance, out.skewness, out.kurtosis, out.geoMean})
     put(p, NANUM);
   put(out.corSumSq, 0.0);
@@ -86,7 +157,7 @@ double moment_engine(const double* x, std::ptrdiff_t nx, const double* w, std::p
     // weights other than 1.
     const bool rootWeights = w && flag != DS_NAG && s.weightNotOne;
     const bool reuse = pDev && (!rootWeights || (!out.skewness && !out.kurtosis));
-    const platform::DeviationSums dev = reuse ? *pDev : deviations(x, w, nx, s, rootWeights);
+    const platform::DeviationSums dev = reuse ? *pDev : deviations(x, w, nx, s, rootWeights, pExtras);
     const double scale = dev.scale;
     const double cor = dev.corrected(W);
     mean += s.meanLow + (dev.sumD / W) / scale;
@@ -126,42 +197,6 @@ double moment_engine(const double* x, std::ptrdiff_t nx, const double* w, std::p
   }
   put(out.mean, mean);
   return W;
-}
-
-double mode(const double* x, std::ptrdiff_t n, bool& bMultiModal) {
-  const kernels::MostFrequent f = kernels::most_frequent(x, static_cast<std::size_t>(n));
-  bMultiModal = f.count > 1 && f.ties > 1;
-  return f.count > 1 ? f.value : NANUM;
-}
-
-double geometric_sd(const double* x, std::ptrdiff_t n, int flag, const platform::FirstSums& s) {
-  // The logarithms, taken one at a time and never stored, less a shift near their mean; four
-  // compensated sums of the shifted logs and their squares, interleaved so that the additions
-  // of one point don't wait for those of the last. The corrected two-pass form takes out what
-  // the shift misses of the mean.
-  const double shift = s.geometricMean > 0 && std::isfinite(s.geometricMean) ? std::log(s.geometricMean) : 0.0;
-  kernels::CompensatedSum s1[4], s2[4];
-  std::ptrdiff_t k = 0;
-  for (std::ptrdiff_t i = 0; i < n; ++i) {
-    const double xi = x[i];
-    if (xi == NANUM) continue;
-    if (!(xi > 0) && xi == xi) return NANUM;  // below 0, or 0 (whose log is -infinity)
-    const double d = std::log(xi) - shift;
-    s1[k & 3].add(d);
-    s2[k & 3].add(d * d);
-    ++k;
-  }
-  for (int j = 1; j < 4; ++j) {
-    s1[0].merge(s1[j].s, s1[j].c);
-    s2[0].merge(s2[j].s, s2[j].c);
-  }
-  const double count = static_cast<double>(k);
-  const double den = denominator(flag, count, count, count);
-  if (k == 0 || !(den > 0)) return NANUM;
-  const double sum = s1[0].value();
-  const double v = std::fmax(0.0, (s2[0].value() - sum * sum / count) / den);
-  const double sd = std::sqrt(v);
-  return std::isfinite(sd) ? std::exp(sd) : NANUM;
 }
 
 void confidence_limits(double mean, double sd, double W, std::ptrdiff_t n, int flag,

@@ -83,9 +83,10 @@ void single_point(const double* x, int nSize, const double* w, int flag, const S
 }
 
 // The summary engine: the route through the weighted moments for flags 0 and 2 without weights
-// and for flag 4, the moment engine for the rest. pScan: scan(x, w, nSize), when known.
+// and for flag 4, the moment engine for the rest. pScan: scan(x, w, nSize), when known; its
+// second pass gathers for pExtras too.
 int basic_summary(int nSize, const double* x, const double* w, int flag, const SummaryOutputs& o,
-                  const platform::FirstSums* pScan = nullptr) {
+                  const platform::FirstSums* pScan = nullptr, ModeAndSpread* pExtras = nullptr) {
   put(o.n, -1);
   put(o.missing, -1);
   put(o.mad, 0.0);
@@ -117,7 +118,7 @@ int basic_summary(int nSize, const double* x, const double* w, int flag, const S
       m.corSumSq = o.corSumSq;
       m.uncorSumSq = o.uncorSumSq;
       m.geoMean = o.geoMean;
-      W = moment_engine(x, nSize, w, nSize, flag, m, &s);
+      W = moment_engine(x, nSize, w, nSize, flag, m, &s, nullptr, pExtras);
     } else {
       // One second pass serves both: the weighted moments of the valid points (the passes
       // leave out missing points and read a weight below 0 as 0, as a compressed copy would
@@ -125,7 +126,7 @@ int basic_summary(int nSize, const double* x, const double* w, int flag, const S
       // and 2 come here without weights, flag 4 takes the shape from the weighted moments).
       platform::FirstSums valid = s;
       valid.negativeWeights = 0;
-      const platform::DeviationSums dev = deviations(x, w, nSize, s, false);
+      const platform::DeviationSums dev = deviations(x, w, nSize, s, false, pExtras);
       platform::WeightedMoments r;
       platform::NagError err;
       const int code = platform::weighted_moments_from_sums(valid, dev, r, err);
@@ -175,35 +176,43 @@ struct OptionalOutputs {
   double* sdx3 = nullptr;
 };
 
-int opt_summary(int nSize, const double* x, const double* w, int flag, double level,
-                const OptionalOutputs& o) {
+bool any(const OptionalOutputs& o) {
+  return o.mode || o.multiModal || o.geoSD || o.lcl || o.ucl || o.sdx2 || o.sdx3;
+}
+
+// zomath_basic_summary_stats into b and zomath_opt_summary_stats into o from one scan and one
+// second pass: the latter's mean, SD and weight sum are the former's, and the pass that forms
+// the moments gathers the keys of the mode and the logarithms of the geometric SD besides.
+int summary(int nSize, const double* x, const double* w, int flag, double level,
+            SummaryOutputs b, const OptionalOutputs& o) {
+  if (!any(o) || (nSize > 0 && !x)) return basic_summary(nSize, x, w, flag, b);
   fill({o.mode, o.geoSD, o.lcl, o.ucl, o.sdx2, o.sdx3}, NANUM);
   put(o.multiModal, false);
-  if (nSize < 0) return ZOMATH_ERR_NULL_DATA;
-  if (nSize > 0 && !x) return ZOMATH_ERR_EMPTY_DATA;
-  const platform::FirstSums s = scan(x, w, nSize);
-  if (s.valid == 0) return ZOMATH_OK;
   double mean, sd, W;
-  SummaryOutputs b;
-  b.mean = &mean;
-  b.sd = &sd;
-  b.weightSum = &W;
-  if (const int code = basic_summary(nSize, x, w, flag, b, &s)) return code;
+  if (!b.mean) b.mean = &mean;
+  if (!b.sd) b.sd = &sd;
+  if (!b.weightSum) b.weightSum = &W;
+  platform::FirstSums s;
   try {
-    if (o.mode) {
-      bool multi;
-      *o.mode = mode(x, nSize, multi);
-      put(o.multiModal, multi);
+    ModeAndSpread extras(x, nSize, o.mode != nullptr, o.geoSD != nullptr);
+    s = scan(x, w, nSize, extras.key_counts());
+    if (const int code = basic_summary(nSize, x, w, flag, b, &s, &extras)) return code;
+    if (s.valid == 0) return ZOMATH_OK;
+    if (o.mode || o.geoSD) {
+      extras.finish(s, flag);
+      put(o.mode, extras.mode);
+      if (o.mode) put(o.multiModal, extras.multiModal);
+      put(o.geoSD, extras.geoSD);
     }
-    if (o.geoSD) *o.geoSD = geometric_sd(x, nSize, flag, s);
   } catch (...) {
     return ZOMATH_ERR_NO_MEMORY;
   }
+  sd = *b.sd;
   put(o.sdx2, sd == NANUM ? NANUM : sd + sd);
   put(o.sdx3, sd == NANUM ? NANUM : 3.0 * sd);
   if (o.lcl || o.ucl) {
     double lcl, ucl;
-    confidence_limits(mean, sd, W, s.valid, flag, w && s.weightNotOne, level, lcl, ucl);
+    confidence_limits(*b.mean, sd, *b.weightSum, s.valid, flag, w && s.weightNotOne, level, lcl, ucl);
     put(o.lcl, lcl);
     put(o.ucl, ucl);
   }
@@ -234,7 +243,6 @@ int row_stats(int nRows, int nCols, const double* pMatrix, const RowOutputs& o, 
   } catch (...) {
     return ZOMATH_STATS_ERR_ROW_FETCH;
   }
-  const bool optional = o.lcl || o.ucl || o.mode || o.multiModal || o.geoSD || o.sdx2 || o.sdx3;
   for (int r = 0; r < nRows; ++r) {
     const double* p = pMatrix + static_cast<std::size_t>(r) * nCols;
     int count = 0;
@@ -270,18 +278,15 @@ int row_stats(int nRows, int nCols, const double* pMatrix, const RowOutputs& o, 
     b.cov = at(o.cov, r);
     b.mad = at(o.mad, r);
     b.geoMean = at(o.geoMean, r);
-    if (const int code = basic_summary(count, row.Data(), nullptr, flag, b)) return code;
-    if (optional) {
-      OptionalOutputs e;
-      e.mode = at(o.mode, r);
-      e.multiModal = at(o.multiModal, r);
-      e.geoSD = at(o.geoSD, r);
-      e.lcl = at(o.lcl, r);
-      e.ucl = at(o.ucl, r);
-      e.sdx2 = at(o.sdx2, r);
-      e.sdx3 = at(o.sdx3, r);
-      if (const int code = opt_summary(count, row.Data(), nullptr, flag, 0.95, e)) return code;
-    }
+    OptionalOutputs e;
+    e.mode = at(o.mode, r);
+    e.multiModal = at(o.multiModal, r);
+    e.geoSD = at(o.geoSD, r);
+    e.lcl = at(o.lcl, r);
+    e.ucl = at(o.ucl, r);
+    e.sdx2 = at(o.sdx2, r);
+    e.sdx3 = at(o.sdx3, r);
+    if (const int code = summary(count, row.Data(), nullptr, flag, 0.95, b, e)) return code;
     put(at(o.n, r), static_cast<double>(count));
     put(at(o.missing, r), nCols - count);
   }
@@ -331,7 +336,11 @@ int zomath_opt_summary_stats(int nSize, const double* pData, double dConfLevel, 
   o.ucl = pUCL;
   o.sdx2 = pSDx2;
   o.sdx3 = pSDx3;
-  return opt_summary(nSize, pData, pWeights, nMomentDenFlag, dConfLevel, o);
+  if (!any(o)) {  // nothing to compute, but the checks of the arguments
+    if (nSize < 0) return ZOMATH_ERR_NULL_DATA;
+    return nSize > 0 && !pData ? ZOMATH_ERR_EMPTY_DATA : ZOMATH_OK;
+  }
+  return summary(nSize, pData, pWeights, nMomentDenFlag, dConfLevel, SummaryOutputs{}, o);
 }
 
 int zomath_desc_stats(const double* pData, int nSize, DescStatResults* pResults,
@@ -342,14 +351,18 @@ int zomath_desc_stats(const double* pData, int nSize, DescStatResults* pResults,
   fill({&r->Mean, &r->SD, &r->Variance, &r->Sum, &r->Skewness, &r->Kurtosis, &r->UncorSumSq,
         &r->CorSumSq, &r->MAD, &r->SDx2, &r->SDx3, &r->GeoMean, &r->GeoSD}, NANUM);
   if (nSize > 0 && !pData) return ZOMATH_ERR_EMPTY_DATA;
-  const zomath::platform::FirstSums s = scan(pData, pWeights, nSize);
-  r->Missing = nSize > 0 ? nSize - static_cast<int>(s.valid) : 0;
-  r->N = nSize - r->Missing;
-  if (!(dConfLevel > 0 && dConfLevel < 1)) return ZOMATH_STATS_ERR_CONF_LEVEL;
-  if (r->N < 0) return ZOMATH_ERR_NULL_DATA;
-  if (r->N == 0) return ZOMATH_OK;
+  // The keys of the mode are counted by the scan only for a call that goes on to use them.
+  const bool going = dConfLevel > 0 && dConfLevel < 1 && nSize > 0;
   const int flag = nMomentDenFlag;
+  zomath::platform::FirstSums s;
   try {
+    ModeAndSpread extras(pData, going ? nSize : 0, true, true);
+    s = scan(pData, pWeights, nSize, extras.key_counts());
+    r->Missing = nSize > 0 ? nSize - static_cast<int>(s.valid) : 0;
+    r->N = nSize - r->Missing;
+    if (!(dConfLevel > 0 && dConfLevel < 1)) return ZOMATH_STATS_ERR_CONF_LEVEL;
+    if (r->N < 0) return ZOMATH_ERR_NULL_DATA;
+    if (r->N == 0) return ZOMATH_OK;
     MomentOutputs m;
     m.mean = &r->Mean;
     m.mad = &r->MAD;
@@ -360,10 +373,10 @@ int zomath_desc_stats(const double* pData, int nSize, DescStatResults* pResults,
     m.corSumSq = &r->CorSumSq;
     m.uncorSumSq = &r->UncorSumSq;
     m.geoMean = &r->GeoMean;
-    r->WeightSum = moment_engine(pData, nSize, pWeights, nSize, flag, m, &s);
-    bool multi;
-    r->Mode = mode(pData, nSize, multi);
-    r->GeoSD = geometric_sd(pData, nSize, flag, s);
+    r->WeightSum = moment_engine(pData, nSize, pWeights, nSize, flag, m, &s, nullptr, &extras);
+    extras.finish(s, flag);
+    r->Mode = extras.mode;
+    r->GeoSD = extras.geoSD;
   } catch (int code) {
     return code;
   } catch (...) {
@@ -432,8 +445,7 @@ int zomath_desc_stats_ex(const double* pData, int nSize, const double* pSubsetSi
     e.ucl = q.bUCL ? &rec.UCL : nullptr;
     e.sdx2 = q.bSDx2 ? &rec.SDx2 : nullptr;
     e.sdx3 = q.bSDx3 ? &rec.SDx3 : nullptr;
-    int code = basic_summary(count, x, w, q.nMomentDenFlag, b);
-    if (code == 0) code = opt_summary(count, x, w, q.nMomentDenFlag, dConfLevel, e);
+    const int code = summary(count, x, w, q.nMomentDenFlag, dConfLevel, b, e);
     pResults[i] = rec;
     if (pbMultiModal) pbMultiModal[i] = multi;
     if (code != 0) return code;
