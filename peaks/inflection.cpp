@@ -50,6 +50,7 @@ double iterate(double x, double lo, double hi, const double* sx, const double* s
     if (!std::isfinite(first) || !std::isfinite(second) || !std::isfinite(third)) break;
     if (std::fabs(second) <= 1e-12 || third == 0) break;
     double d = -second / third;
+    if (!std::isfinite(d)) break;  // a step that overflows would never be halved into range
     while ((x + d < lo || x + d > hi) && std::fabs(d) > 1e-12) d *= 0.5;
     x += d;
   }
