@@ -563,6 +563,62 @@ def row_fft_filter_smoothing(lib, n, rng):
                lambda a, b: rel_close(a, b, 1e-12))
 
 
+def peak_call(lib, name, x, y, *options):
+    """Runs a finder of the pnSize frame and returns the indices of its peaks."""
+    n = C.c_int(len(x))
+    px, py, idx = np.empty(len(x)), np.empty(len(x)), np.empty(len(x), dtype=np.int32)
+    getattr(lib, name)(C.byref(n), ptr(x), ptr(y), ptr(px), ptr(py), ptr(idx, ip), *options)
+    return idx[:n.value]
+
+
+def row_local_maximum(lib, n, rng, shape="noise", h=10):
+    """The window finder beside argrelmax on the same points: positive peaks of any sign; SciPy
+    also compares the first and last h points with clipped neighbours, which the library skips."""
+    from scipy.signal import argrelmax
+    x = np.arange(n, dtype=float)
+    y = rng.standard_normal(n) if shape == "noise" else (x.copy() if shape == "rising" else -x)
+
+    def ref():
+        p = argrelmax(y, order=h)[0]
+        return p[(p >= h) & (p < n - h)]
+
+    return Row("zomath_find_peaks_by_local_maximum", "%d, %s, nHalf %d" % (n, shape, h),
+               lambda: peak_call(lib, "zomath_find_peaks_by_local_maximum", x, y, 5, h), ref,
+               "argrelmax(order=%d)" % h,
+               lambda a, b: ("ok" if np.array_equal(a, b) else "DIFF") + " %d peaks" % len(b))
+
+
+def row_local_maximum_rising(lib, n, rng):
+    return row_local_maximum(lib, n, rng, "rising")
+
+
+def row_local_maximum_falling(lib, n, rng):
+    return row_local_maximum(lib, n, rng, "falling")
+
+
+def row_first_derivative(lib, n, rng, shape="smooth"):
+    """The first-derivative finder beside find_peaks: on a smooth curve they find the same
+    maxima; on noise the library keeps only those whose left neighbour rises (a maximum right
+    after a minimum has no rising slope before it), a subset."""
+    from scipy.signal import find_peaks
+    x = 0.001 * np.arange(n)
+    y = (np.sin(3 * x) + 0.5 * np.sin(11.1 * x) + 0.1 * x if shape == "smooth"
+         else rng.standard_normal(n))
+
+    def agree(a, b):
+        if shape == "smooth":
+            return ("ok" if np.array_equal(a, b) else "DIFF") + " %d peaks" % len(b)
+        return ("ok" if np.isin(a, b).all() else "DIFF") + " subset, %d of %d" % (len(a), len(b))
+
+    return Row("zomath_find_peaks_1st_derivative", "%d, %s" % (n, shape),
+               lambda: peak_call(lib, "zomath_find_peaks_1st_derivative", x, y, 5, False, 0, 0),
+               lambda: find_peaks(y)[0], "find_peaks", agree)
+
+
+def row_first_derivative_noise(lib, n, rng):
+    return row_first_derivative(lib, n, rng, "noise")
+
+
 ROWS = [
     (row_d_sum, 10_000_000),
     (row_f_sum, 10_000_000),
@@ -596,6 +652,11 @@ ROWS = [
     (row_median_filter, 1_000_000),
     (row_fft_filter_smoothing, 1 << 20),
     (row_fft_filter_smoothing, 1_000_003),
+    (row_local_maximum, 1_000_000),
+    (row_local_maximum_rising, 1_000_000),
+    (row_local_maximum_falling, 1_000_000),
+    (row_first_derivative, 1_000_000),
+    (row_first_derivative_noise, 1_000_000),
 ]
 
 
@@ -628,6 +689,8 @@ def declare(lib):
         "zomath_savitsky_golay": (I, [dp, dp, U, I, I, I, I, U]),
         "zomath_median_filter": (I, [I, dp, dp, I, D, U, C.c_bool]),
         "zomsp_fft_filter_smoothing": (I, [U, dp, dp, D]),
+        "zomath_find_peaks_by_local_maximum": (I, [ip, dp, dp, dp, dp, ip, I, I]),
+        "zomath_find_peaks_1st_derivative": (I, [ip, dp, dp, dp, dp, ip, I, C.c_bool, I, I]),
     }
     for name, (res, args) in sig.items():
         f = getattr(lib, name)

@@ -11,5 +11,6 @@
 #include "zomath/stats.h"
 #include "zomath/regression.h"
 #include "zomath/curves.h"
+#include "zomath/peaks.h"
 
 #endif /* ZOMATH_ZOMATH_H */
