@@ -1,0 +1,100 @@
+// Peak stretches for many peaks at once, and the quiet points near the ends of a curve.
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "baseline/baseline_internal.h"
+#include "zomath/core.h"
+#include "zomath/curves.h"
+#include "zomath/peaks.h"
+
+namespace zomath::baseline {
+namespace {
+
+inline bool absent(double v) { return v == NANUM || v != v; }
+
+}  // namespace
+
+void partitions(unsigned int nSize, const double* pX, const double* pY, const double* pPeakX,
+                int np, int w, int* pLeft, int* pRight) {
+  const int n = static_cast<int>(nSize);
+  const int order = zomath_is_monotonic(pX, nSize, false);
+  if (order != 1 && order != 2) {
+    for (int k = 0; k < np; ++k)
+      if (zomath_find_peaks_partition(nSize, pX, pY, pPeakX[k], pLeft + k, pRight + k, w) != 0)
+        pLeft[k] = pRight[k] = -1;
+    return;
+  }
+  // The second derivative of the smoothed curve and the points where it changes sign.
+  NRVec<double> s(n);
+  const int half = (w - 1) / 2;
+  if (zomath_savitsky_golay(pY, s.Data(), nSize, half, half, 2, 0, ZOMATH_BOUNDARY_LINEAR) != 0) {
+    if (w > 3) {
+      std::fill(pLeft, pLeft + np, -1);
+      std::fill(pRight, pRight + np, -1);
+      return;
+    }
+    std::copy(pY, pY + n, s.Data());
+  }
+  NRVec<int> changes(n);
+  int nc = 0;
+  if (n >= 2) {
+    NRVec<double> d1(n);
+    zomath_derivative(pX, s.Data(), d1.Data(), nSize, ZOMATH_DERIV_MEAN);
+    zomath_derivative(pX, d1.Data(), s.Data(), nSize, ZOMATH_DERIV_MEAN);
+    for (int i = 1; i < n; ++i)
+      if (!absent(s[i]) && !absent(s[i - 1]) && s[i] * s[i - 1] < 0 && !absent(pX[i]))
+        changes[nc++] = i;
+  }
+  // Before the peak in curve order lie the changes of smaller x on rising x, of larger x on
+  // falling x; the nearest is the last of those, the one after it the first of the others.
+  const bool rising = order == 2;
+  const int* first = changes.Data();
+  const int* last = first + nc;
+  for (int k = 0; k < np; ++k) {
+    const double c = pPeakX[k];
+    if (std::isnan(c)) {
+      pLeft[k] = pRight[k] = -1;
+      continue;
+    }
+    const int* b = std::partition_point(first, last, [&](int i) {
+      return rising ? pX[i] < c : pX[i] > c;
+    });
+    const int* a = std::partition_point(b, last, [&](int i) { return pX[i] == c; });
+    pLeft[k] = b != first ? b[-1] : 0;
+    pRight[k] = a != last ? *a : n - 1;
+  }
+}
+
+QuietRuns quiet_runs(const double* raw, const double* smooth, int m, int w) {
+  QuietRuns out;
+  const int lo = w, hi = m - w - 1;  // the indices that can be collected
+  const int nq = hi - lo - 1;        // starts of runs of three among them
+  if (nq < 5) return out;
+  double total = 0;
+  for (int i = 1; i < m; ++i) total += std::fabs(raw[i] - raw[i - 1]);
+  NRVec<double> q(nq), sorted(nq);
+  for (int j = 0; j < nq; ++j) {
+    double v = 0;
+    for (int k = lo + j; k < lo + j + 3; ++k) {
+      const double r = std::fabs(raw[k] - smooth[k]);
+      v = r != r ? std::numeric_limits<double>::infinity() : std::max(v, r);
+    }
+    q[j] = sorted[j] = v;
+  }
+  std::nth_element(sorted.Data(), sorted.Data() + 4, sorted.Data() + nq);
+  const double fifth = sorted[4];
+  double t = 0.1 * total / m;
+  int round = 0;
+  while (round < 500 && !(fifth < t)) {
+    t *= 1.1;
+    ++round;
+  }
+  if (round == 500) return out;
+  out.index.SetSize(nq);
+  for (int j = 0; j < nq; ++j)
+    if (q[j] < t) out.index[out.count++] = lo + j;
+  return out;
+}
+
+}  // namespace zomath::baseline
