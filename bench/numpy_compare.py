@@ -561,6 +561,8 @@ def row_fft_filter_smoothing(lib, n, rng):
 
     return Row("zomsp_fft_filter_smoothing", n, run, ref, "rfft * window, irfft",
                lambda a, b: rel_close(a, b, 1e-12))
+
+
 def peak_call(lib, name, x, y, *options):
     """Runs a finder of the pnSize frame and returns the indices of its peaks."""
     n = C.c_int(len(x))

@@ -50,6 +50,7 @@ double iterate(double x, double lo, double hi, const double* sx, const double* s
     if (!std::isfinite(first) || !std::isfinite(second) || !std::isfinite(third)) break;
     if (std::fabs(second) <= 1e-12 || third == 0) break;
     double d = -second / third;
+    if (!std::isfinite(d)) break;  // a step that overflows would never be halved into range
     while ((x + d < lo || x + d > hi) && std::fabs(d) > 1e-12) d *= 0.5;
     x += d;
   }
@@ -89,14 +90,13 @@ int zomath_find_inflection_point(unsigned int nSize, const double* pX, const dou
                                  double dHalfWidth, double* pXLeft, double* pXRight,
                                  double* pWidth) {
   if (!pX || !pY || !pXLeft || !pXRight || !pWidth) return ZOMATH_ERR_NULL_POINTER;
-  if (nSize == 0 || nSize > static_cast<unsigned int>(INT_MAX) || !(dHalfWidth > 0) ||
-      !std::isfinite(dHalfWidth))
-    return ZOMATH_ERR_BAD_ARGUMENT;
+  if (nSize == 0 || nSize > static_cast<unsigned int>(INT_MAX)) return ZOMATH_ERR_BAD_ARGUMENT;
   try {
     zomath::curves::SortedSource s;
     if (!valid_sorted(pX, pY, static_cast<int>(nSize), s)) return ZOMATH_PEAK_ERR_NO_POINTS;
     const int n = s.x.size();
-    if (!(dX >= s.x[0] && dX <= s.x[n - 1])) return ZOMATH_ERR_BAD_ARGUMENT;
+    if (!(dX >= s.x[0] && dX <= s.x[n - 1]) || !(dHalfWidth > 0) || !std::isfinite(dHalfWidth))
+      return ZOMATH_ERR_BAD_ARGUMENT;
     const double w = dHalfWidth;
     Round l, r;
     const double xl = iterate(dX - 0.5 * w, dX - 3 * w, dX, s.x.Data(), s.y.Data(), n, l);
@@ -112,8 +112,8 @@ int zomath_find_inflection_point(unsigned int nSize, const double* pX, const dou
   }
 }
 
-int zomath_trim_peak_part_by_2nd_derivative(unsigned int nSize, const double* pX,
-                                            const double* pY) {
+int zomath_trim_peak_part_by_2nd_derivative(unsigned int nSize, double* pX,
+                                            double* pY) {
   if (!pX || !pY) return ZOMATH_ERR_NULL_POINTER;
   if (nSize < 3 || nSize > static_cast<unsigned int>(INT_MAX)) return ZOMATH_OK;
   try {

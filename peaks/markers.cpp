@@ -146,20 +146,16 @@ int zomath_find_peaks_partition(unsigned int nSize, const double* pX, const doub
     if (n >= 2) {
       zomath_derivative(pX, s.Data(), d1.Data(), nSize, ZOMATH_DERIV_MEAN);
       zomath_derivative(pX, d1.Data(), D.Data(), nSize, ZOMATH_DERIV_MEAN);
-      // The inflections nearest the peak in x on either side; on falling x the side before
-      // the peak in curve order is the one of larger x.
-      const bool falling = zomath_is_monotonic(pX, nSize, false) == 1;
-      double nearLeft = INFINITY, nearRight = INFINITY;
+      // The inflections nearest the peak in x below and above it, each at the second point of
+      // its sign change, whichever way x runs.
+      double below = -INFINITY, above = INFINITY;
       for (int i = 1; i < n; ++i) {
         if (absent(D[i]) || absent(D[i - 1]) || !(D[i] * D[i - 1] < 0) || absent(pX[i])) continue;
-        const double dist = std::fabs(pX[i] - dPeakX);
-        const bool before = falling ? pX[i] > dPeakX : pX[i] < dPeakX;
-        const bool after = falling ? pX[i] < dPeakX : pX[i] > dPeakX;
-        if (before && (dist < nearLeft || (dist == nearLeft && i > left))) {
-          nearLeft = dist;
+        if (pX[i] < dPeakX && pX[i] > below) {
+          below = pX[i];
           left = i;
-        } else if (after && (dist < nearRight || (dist == nearRight && i < right))) {
-          nearRight = dist;
+        } else if (pX[i] > dPeakX && pX[i] < above) {
+          above = pX[i];
           right = i;
         }
       }
@@ -223,8 +219,8 @@ int zomath_find_markers_of_peaks_by_height_and_full_width(unsigned int nSize, co
                                                           const double* pY, int nPeaks,
                                                           const int* pPeakIdx, int nMarkers,
                                                           int* pMarkers, double dHeight,
-                                                          const double* pMaxWidths,
-                                                          const double* pMinWidths) {
+                                                          double* pMaxWidths,
+                                                          double* pMinWidths) {
   if (!pX || !pY || !pPeakIdx || !pMarkers || !pMaxWidths || !pMinWidths)
     return ZOMATH_ERR_NULL_POINTER;
   if (bad_frame(nSize, nPeaks, nMarkers)) return ZOMATH_ERR_BAD_ARGUMENT;

@@ -138,9 +138,9 @@ ZOMATH_API int zomath_adjust_data_of_peaks(unsigned int nSize, const double* pX,
 
 /* The stretch of the peak at dPeakX between the nearest inflections: the sign changes of the
  * second derivative of y after Savitzky-Golay smoothing over nWindow points (order 2; not
- * smoothed for nWindow <= 3 when the filter cannot run). *pnLeft, *pnRight: their indices before
- * and after the peak in curve order, 0 and nSize - 1 where there is none. Codes: -11, -18 (size
- * 0, dPeakX NaN), -35 (filter failed with nWindow > 3), -166. */
+ * smoothed for nWindow <= 3 when the filter cannot run). *pnLeft, *pnRight: the indices of the
+ * nearest below and above dPeakX in x, 0 and nSize - 1 where there is none. Codes: -11, -18
+ * (size 0, dPeakX NaN), -35 (filter failed with nWindow > 3), -166. */
 ZOMATH_API int zomath_find_peaks_partition(unsigned int nSize, const double* pX, const double* pY,
                                            double dPeakX, int* pnLeft, int* pnRight, int nWindow);
 
@@ -157,12 +157,12 @@ ZOMATH_API int zomath_find_markers_of_peaks_by_height_and_width(
 
 /* Markers with a width range for each peak: the nearest points below dHeight on either side at
  * an x distance from pMinWidths[g] up to but not including pMaxWidths[g] (cut to the x range),
- * or -1 and -1 when either side has none. Codes as above (-18 also for pMaxWidths[g] <
- * pMinWidths[g]). */
+ * or -1 and -1 when either side has none. The width arrays are only read. Codes as above (-18
+ * also for pMaxWidths[g] < pMinWidths[g]). */
 ZOMATH_API int zomath_find_markers_of_peaks_by_height_and_full_width(
     unsigned int nSize, const double* pX, const double* pY, int nPeaks, const int* pPeakIdx,
-    int nMarkers, int* pMarkers, double dHeight, const double* pMaxWidths,
-    const double* pMinWidths);
+    int nMarkers, int* pMarkers, double dHeight, double* pMaxWidths,
+    double* pMinWidths);
 
 /* As zomath_find_markers_of_peaks_by_height_and_width with peaks given by x: each centre stands
  * at the first point (in order of x) at or above it, the last point when there is none. Codes
@@ -222,8 +222,8 @@ ZOMATH_API double zomath_iterate_for_finding_inflection(double dStart, double dL
 
 /* Blanks a working copy of the curve between alternate maxima of its second derivative; the
  * copy is dropped, so the call has no effect beyond its code. Codes: 0, -11, -166. */
-ZOMATH_API int zomath_trim_peak_part_by_2nd_derivative(unsigned int nSize, const double* pX,
-                                                       const double* pY);
+ZOMATH_API int zomath_trim_peak_part_by_2nd_derivative(unsigned int nSize, double* pX,
+                                                       double* pY);
 
 /* ==== Noise and order statistics ============================================================ */
 

@@ -88,7 +88,7 @@ TEST(Markers, SamePairsInEveryOrderOfXAndByCentre) {
 
 TEST(Markers, FullWidthTakesTheNearestPointsWithinEachRange) {
   const ThreePeaks c;
-  const double maxW[3] = {30, 30, 3}, minW[3] = {1, 9, 1};
+  double maxW[3] = {30, 30, 3}, minW[3] = {1, 9, 1};
   std::vector<int> m(6);
   ASSERT_EQ(zomath_find_markers_of_peaks_by_height_and_full_width(200, c.x.data(), c.y.data(), 3, c.peaks.data(), 6,
                                                                   m.data(), 0.5, maxW, minW), 0);
@@ -98,7 +98,7 @@ TEST(Markers, FullWidthTakesTheNearestPointsWithinEachRange) {
 }
 
 // The stretch of a peak between the sign changes of the second derivative: at its inflections,
-// x = c -+ the width of a Gaussian, within a step, in curve order whichever way x runs.
+// x = c -+ the width of a Gaussian, within a step.
 TEST(Partition, EndsAtTheInflections) {
   std::vector<double> x, y;
   for (int i = 0; i <= 400; ++i) {
@@ -112,8 +112,8 @@ TEST(Partition, EndsAtTheInflections) {
     EXPECT_NEAR(x[left], 1.5, 0.06);
     EXPECT_NEAR(x[right], 4.5, 0.06);
     ASSERT_EQ(zomath_find_peaks_partition(401, rx.data(), ry.data(), 3.0, &left, &right, window), 0);
-    EXPECT_NEAR(rx[left], 4.5, 0.06);
-    EXPECT_NEAR(rx[right], 1.5, 0.06);
+    EXPECT_NEAR(rx[left], 1.5, 0.06);  // left and right in x, whichever way x runs
+    EXPECT_NEAR(rx[right], 4.5, 0.06);
   }
   ASSERT_EQ(zomath_find_peaks_partition(401, x.data(), y.data(), 9.0, &left, &right, 3), 0);
   EXPECT_EQ(right, 400);  // beyond the last inflection: the end of the data
