@@ -46,23 +46,37 @@ void partitions(unsigned int nSize, const double* pX, const double* pY, const do
       if (!absent(s[i]) && !absent(s[i - 1]) && s[i] * s[i - 1] < 0 && !absent(pX[i]))
         changes[nc++] = i;
   }
-  // Before the peak in curve order lie the changes of smaller x on rising x, of larger x on
-  // falling x; the nearest is the last of those, the one after it the first of the others.
+  // The changes nearest the peak in x below and above it, the first in curve order among
+  // equal x, whichever way x runs.
   const bool rising = order == 2;
   const int* first = changes.Data();
   const int* last = first + nc;
+  const auto at = [&](const int* lo, const int* hi, auto pred) {
+    return std::partition_point(lo, hi, pred);
+  };
   for (int k = 0; k < np; ++k) {
     const double c = pPeakX[k];
+    pLeft[k] = 0;
+    pRight[k] = n - 1;
     if (std::isnan(c)) {
       pLeft[k] = pRight[k] = -1;
-      continue;
+    } else if (rising) {
+      const int* b = at(first, last, [&](int i) { return pX[i] < c; });
+      if (b != first) {
+        const double v = pX[b[-1]];
+        pLeft[k] = *at(first, b, [&](int i) { return pX[i] < v; });
+      }
+      const int* a = at(b, last, [&](int i) { return pX[i] <= c; });
+      if (a != last) pRight[k] = *a;
+    } else {
+      const int* p = at(first, last, [&](int i) { return pX[i] >= c; });
+      if (p != last) pLeft[k] = *p;
+      const int* q = at(first, p, [&](int i) { return pX[i] > c; });
+      if (q != first) {
+        const double v = pX[q[-1]];
+        pRight[k] = *at(first, q, [&](int i) { return pX[i] > v; });
+      }
     }
-    const int* b = std::partition_point(first, last, [&](int i) {
-      return rising ? pX[i] < c : pX[i] > c;
-    });
-    const int* a = std::partition_point(b, last, [&](int i) { return pX[i] == c; });
-    pLeft[k] = b != first ? b[-1] : 0;
-    pRight[k] = a != last ? *a : n - 1;
   }
 }
 

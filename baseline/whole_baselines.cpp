@@ -76,9 +76,12 @@ int zomath_create_baseline_by_masking_peaks(unsigned int nSize, const double* pX
     for (int k = 0; k <= n; ++k) cover[k] = 0;
     for (int k = 0; k < np; ++k) {
       if (left[k] < 0) continue;  // its partition failed
-      const long long mid = (static_cast<long long>(left[k]) + right[k]) / 2;
-      const long long a = std::max(0LL, 2LL * left[k] - mid);
-      const long long b = std::min<long long>(n - 1, 2LL * right[k] - mid);
+      // The inflections below and above in x, taken in index order (on falling x the one below
+      // comes later).
+      const long long lo = std::min(left[k], right[k]), hi = std::max(left[k], right[k]);
+      const long long mid = (lo + hi) / 2;
+      const long long a = std::max(0LL, 2 * lo - mid);
+      const long long b = std::min<long long>(n - 1, 2 * hi - mid);
       if (b - a < 2) continue;
       ++cover[a + 1];
       --cover[b];
