@@ -24,7 +24,7 @@ private:
   struct Item {
     std::vector<double> x, y;  // a polygon when closed
     std::string colour, label, dash, text;
-    enum Kind { kLine, kBand, kDot } kind;
+    enum Kind { kBand, kLine, kDot } kind;  // drawn in this order
   };
   std::string title_, xLabel_, yLabel_;
   std::vector<Item> items_;
