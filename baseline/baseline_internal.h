@@ -24,4 +24,8 @@ struct QuietRuns {
 };
 QuietRuns quiet_runs(const double* raw, const double* smooth, int m, int w);
 
+// Savitzky-Golay smoothing of order 2 over 2h + 1 points at the points h..m - h - 1 (the others
+// untouched) in O(m) whatever h; false, with nothing written, when a value is not finite.
+bool quadratic_smooth_interior(const double* y, double* out, int m, int h);
+
 }  // namespace zomath::baseline

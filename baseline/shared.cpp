@@ -80,6 +80,40 @@ void partitions(unsigned int nSize, const double* pX, const double* pY, const do
   }
 }
 
+// Savitzky-Golay smoothing of order 2 over 2h + 1 points, at the points whose window lies inside
+// the m values (h..m - h - 1; the rest untouched), from sums of y, k y and k^2 y that slide with
+// the window and are summed afresh every window length so that no rounding builds up: O(m)
+// whatever h, where the filter's own convolution costs O(m h). The weights are
+// (3 (3h^2 + 3h - 1) - 15 k^2) / ((2h + 1)(4h^2 + 4h - 3)). False when a value is not finite.
+bool quadratic_smooth_interior(const double* y, double* out, int m, int h) {
+  for (int i = 0; i < m; ++i)
+    if (!std::isfinite(y[i])) return false;
+  const double hh = h, a = 3 * (3 * hh * hh + 3 * hh - 1), den = (2 * hh + 1) * (4 * hh * hh + 4 * hh - 3);
+  double s0 = 0, s1 = 0, s2 = 0;
+  for (int i = h, fresh = 0; i + h < m; ++i, --fresh) {
+    if (fresh == 0) {
+      s0 = s1 = s2 = 0;
+      for (int k = -h; k <= h; ++k) {
+        s0 += y[i + k];
+        s1 += k * y[i + k];
+        s2 += static_cast<double>(k) * k * y[i + k];
+      }
+      fresh = 2 * h + 1;
+    } else {
+      // The window moved by one: offsets k become k - 1.
+      const double out0 = y[i - h - 1], in = y[i + h];
+      const double t0 = s0 - out0 + in;
+      const double t1 = s1 + hh * out0 + (hh + 1) * in;
+      const double t2 = s2 - hh * hh * out0 + (hh + 1) * (hh + 1) * in;
+      s0 = t0;
+      s1 = t1 - t0;
+      s2 = t2 - 2 * t1 + t0;
+    }
+    out[i] = (a * s0 - 15 * s2) / den;
+  }
+  return true;
+}
+
 QuietRuns quiet_runs(const double* raw, const double* smooth, int m, int w) {
   QuietRuns out;
   const int lo = w, hi = m - w - 1;  // the indices that can be collected

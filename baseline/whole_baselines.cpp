@@ -36,6 +36,7 @@ int partition_window(unsigned int nSize, const double* pY) {
   return w < INT_MAX ? static_cast<int>(w) : INT_MAX;
 }
 
+
 }  // namespace
 }  // namespace zomath::baseline
 
@@ -137,9 +138,14 @@ int zomath_create_baseline_end_weighted_linear(unsigned int nSize, const double*
     if (w == 0) w = 1;
     int half = (w - 1) / 2;
     if (nSmoothMethod == ZOMATH_SMOOTH_SAVITZKY_GOLAY) half = std::max(half, 1);
-    const int rc = zomath_smooth(m, sy.Data(), smooth.Data(), half, nSmoothMethod,
-                                 ZOMATH_BOUNDARY_NONE, -1, 2, 0, 50, false, false);
-    if (rc != 0) return rc;
+    // Only points w and more from the ends of the sample are tested, and their windows lie
+    // inside it, so Savitzky-Golay is needed there alone.
+    if (nSmoothMethod != ZOMATH_SMOOTH_SAVITZKY_GOLAY ||
+        !quadratic_smooth_interior(sy.Data(), smooth.Data(), m, half)) {
+      const int rc = zomath_smooth(m, sy.Data(), smooth.Data(), half, nSmoothMethod,
+                                   ZOMATH_BOUNDARY_NONE, -1, 2, 0, 50, false, false);
+      if (rc != 0) return rc;
+    }
 
     const QuietRuns runs = quiet_runs(sy.Data(), smooth.Data(), m, w);
     NRVec<double> qx(runs.count > 0 ? runs.count : 2), qy(qx.size());
