@@ -3,7 +3,8 @@
 // interval, a least-squares trend by pseudo-inverse, and a few special function values; the
 // summary statistics of the readings as one table; a straight line and a quadratic fitted to a
 // calibration series, with their parameter and analysis of variance tables; a one-way analysis of
-// variance of plot yields by fertiliser with Tukey's comparison of the means.
+// variance of plot yields by fertiliser with Tukey's comparison of the means; the peak analysis
+// of a spectrum (noise, baseline, peaks, markers, heights and areas) with an SVG picture.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -13,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "svg_plot.h"
 #include "zomath/zomath.h"
 
 namespace {
@@ -387,6 +389,97 @@ void smoothing_demo(const std::string& path) {
       std::printf("  the cleaned slope passes through 0 at %.1f nm, the band's top\n", x[i]);
 }
 
+
+// Peak analysis of a spectrum: the noise level, a baseline through quiet points near both ends,
+// peaks of the baseline-corrected curve (lightly smoothed) that stand at least 10 noise levels
+// high, the markers where each leaves and rejoins the baseline, and the area between them. The
+// picture goes to the build directory.
+void peak_analysis(const std::string& path) {
+  std::ifstream in(path);
+  std::vector<double> x, y;
+  std::string line;
+  while (std::getline(in, line)) {
+    if (line.empty() || line[0] == '#') continue;
+    const std::size_t comma = line.find(',');
+    x.push_back(std::stod(line.substr(0, comma)));
+    y.push_back(std::stod(line.substr(comma + 1)));
+  }
+  const int n = static_cast<int>(x.size());
+  if (n < 50) return;
+  std::printf("\nPeak analysis of a spectrum (%s, %d points from %.0f to %.0f):\n", path.c_str(),
+              n, x.front(), x.back());
+  const double noise = zomath_get_noise_level(n, y.data());
+  std::printf("  noise level (SD of white noise) %.4f\n", noise);
+
+  // Baseline: a line through quiet points of the first and last 15%, read at every x.
+  std::vector<double> bx(n), by(n), base(n);
+  int rc = zomath_create_baseline_end_weighted_linear(n, x.data(), y.data(), n, bx.data(),
+                                                      by.data(), 0.15,
+                                                      ZOMATH_SMOOTH_SAVITZKY_GOLAY, 0.1);
+  if (rc == 0)
+    rc = zomath_interpolate(x.data(), base.data(), n, bx.data(), by.data(), n,
+                            ZOMATH_INTERP_LINEAR, 0, nullptr, nullptr, 0, 0);
+  if (rc != 0) {
+    std::printf("  no baseline (code %d)\n", rc);
+    return;
+  }
+  std::printf("  baseline from quiet ends: %.4f at %.0f to %.4f at %.0f\n", base.front(),
+              x.front(), base.back(), x.back());
+
+  // Peaks of the corrected curve after a 9-point Savitzky-Golay smoothing.
+  std::vector<double> corrected(n), smooth(n), smoothY(n);
+  for (int i = 0; i < n; ++i) corrected[i] = y[i] - base[i];
+  zomath_savitsky_golay(corrected.data(), smooth.data(), n, 4, 4, 2, 0, ZOMATH_BOUNDARY_NONE);
+  for (int i = 0; i < n; ++i) smoothY[i] = smooth[i] + base[i];
+  int np = n;
+  std::vector<double> px(n), py(n);
+  std::vector<int> pidx(n);
+  rc = zomath_find_peaks_by_local_maximum(&np, x.data(), smooth.data(), px.data(), py.data(),
+                                          pidx.data(), ZOMATH_PEAK_POSITIVE, 10);
+  if (rc == 0 && np > 0) rc = zomath_test_peaks_by_height(&np, px.data(), py.data(), pidx.data(),
+                                                         10 * noise);
+  if (rc != 0 || np == 0) {
+    std::printf("  no peaks (code %d)\n", rc);
+    return;
+  }
+  std::sort(pidx.begin(), pidx.begin() + np);
+
+  // Markers: where the smoothed curve comes within half the mean step of the raw data of the
+  // baseline.
+  std::vector<int> markers(2 * np);
+  std::vector<double> mx(2 * np), my(2 * np);
+  rc = zomath_make_base_markers(markers.data(), mx.data(), my.data(), 2 * np, pidx.data(), np,
+                                x.data(), smoothY.data(), y.data(), base.data(), n);
+  if (rc != 0) {
+    std::printf("  no markers (code %d)\n", rc);
+    return;
+  }
+  std::printf("  %d peaks at least %.3f (10 noise levels) above the baseline:\n", np, 10 * noise);
+  std::printf("  %4s %10s %10s %10s %10s %10s\n", "peak", "position", "height", "from", "to",
+              "area");
+  SvgPlot plot("Peak analysis of " + path.substr(path.find_last_of('/') + 1), "Raman shift (cm-1)",
+               "intensity");
+  for (int g = 0; g < np; ++g) {
+    const int p = pidx[g], a = markers[2 * g], b = markers[2 * g + 1];
+    double area = NANUM;
+    zomath_integrate(b - a + 1, x.data() + a, corrected.data() + a, &area, nullptr);
+    std::printf("  %4d %10.1f %10.4f %10.1f %10.1f %10.3f\n", g + 1, x[p], smooth[p], x[a], x[b],
+                area);
+    plot.band(x, y, base, a, b, g % 2 ? "#e6a100" : "#2a9d8f");
+    char text[32];
+    std::snprintf(text, sizeof text, "%d: %.0f", g + 1, x[p]);
+    plot.dot(x[p], y[p], "#c0392b", text);
+  }
+  std::printf("  (height of the smoothed curve above the baseline; area by the trapezoidal rule\n"
+              "  on the baseline-corrected readings between the markers)\n");
+  plot.line(x, y, "#1f4e79", "spectrum");
+  plot.line(x, base, "#555555", "baseline", "6,4");
+  const std::string out = std::string(ZOMATH_EXAMPLES_OUTPUT_DIR) + "/peaks.svg";
+  if (plot.write(out))
+    std::printf("  picture of the curve, baseline and marked peaks written to %s\n", out.c_str());
+  else
+    std::printf("  the picture could not be written to %s\n", out.c_str());
+}
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -480,5 +573,6 @@ int main(int argc, char** argv) {
   calibration_fits(ZOMATH_EXAMPLES_DATA_DIR "/calibration.csv");
   fertiliser_anova(ZOMATH_EXAMPLES_DATA_DIR "/yields.csv");
   smoothing_demo(ZOMATH_EXAMPLES_DATA_DIR "/spectrum.csv");
+  peak_analysis(ZOMATH_EXAMPLES_DATA_DIR "/peaks.csv");
   return 0;
 }

@@ -12,5 +12,6 @@
 #include "zomath/regression.h"
 #include "zomath/curves.h"
 #include "zomath/peaks.h"
+#include "zomath/baseline.h"
 
 #endif /* ZOMATH_ZOMATH_H */
