@@ -37,16 +37,25 @@ const Spectrum& spectrum(int n) {
   return s;
 }
 
-void BM_EndWeightedBaseline(benchmark::State& state) {
+void end_weighted(benchmark::State& state, int method) {
   const int n = static_cast<int>(state.range(0));
   Spectrum s = spectrum(n);
   for (auto _ : state)
     benchmark::DoNotOptimize(zomath_create_baseline_end_weighted_linear(
-        n, s.x.data(), s.y.data(), n, s.bx.data(), s.by.data(), 0.15,
-        ZOMATH_SMOOTH_SAVITZKY_GOLAY, 0.1));
+        n, s.x.data(), s.y.data(), n, s.bx.data(), s.by.data(), 0.15, method, 0.1));
   state.SetComplexityN(n);
 }
+void BM_EndWeightedBaseline(benchmark::State& state) {
+  end_weighted(state, ZOMATH_SMOOTH_SAVITZKY_GOLAY);
+}
+// The median filter of the sample, its windows a tenth of the sample wide, held as ranks from 4096
+// points.
+void BM_EndWeightedBaselineMedian(benchmark::State& state) {
+  end_weighted(state, ZOMATH_SMOOTH_PERCENTILE);
+}
 BENCHMARK(BM_EndWeightedBaseline)->RangeMultiplier(10)->Range(10000, 1000000)
+    ->Unit(benchmark::kMillisecond)->Complexity(benchmark::oNLogN);
+BENCHMARK(BM_EndWeightedBaselineMedian)->RangeMultiplier(10)->Range(10000, 1000000)
     ->Unit(benchmark::kMillisecond)->Complexity(benchmark::oNLogN);
 
 void BM_MaskingBaseline(benchmark::State& state) {

@@ -2,6 +2,7 @@
 // zomath_percentiles gives it (NANUM and NaN left out), read from a window kept in order as it
 // slides, so that a step costs one ordered insertion and removal instead of a sort.
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 #include "curves/window_filters.h"
@@ -14,25 +15,46 @@
 namespace zomath::curves {
 namespace {
 
-// The window's values, NANUM and NaN kept out of the order but counted.
+// The window's values by position, NANUM and NaN kept out of the order but counted. Narrow
+// windows keep a sorted copy; wide ones, where the copy's moves would grow with the width, keep
+// counts over the ranks of the whole padded sequence.
 class PercentileWindow {
 public:
-  PercentileWindow(std::size_t capacity, double percent, int rule)
-      : order_(capacity), percent_(percent), rule_(rule) {}
+  PercentileWindow(const PaddedSource& at, std::ptrdiff_t reach, std::size_t width,
+                   double percent, int rule, bool ranked)
+      : at_(at), reach_(reach), order_(ranked ? 1 : width), percent_(percent), rule_(rule) {
+    if (!ranked) return;
+    std::vector<double> all = platform::buffer<double>(static_cast<std::size_t>(at.n + 2 * reach));
+    for (std::ptrdiff_t p = -reach; p < at.n + reach; ++p) all[p + reach] = at(p);
+    ranks_.emplace(all.data(), all.size());
+  }
 
-  void add(double v) {
+  void add(std::ptrdiff_t pos) {
+    const double v = at_(pos);
     if (v == NANUM) return;
     ++present_;
-    if (v == v) order_.insert(v);
+    if (v != v) return;
+    if (ranks_) {
+      ranks_->insert(static_cast<std::size_t>(pos + reach_));
+    } else {
+      order_.insert(v);
+    }
   }
-  void remove(double v) {
+  void remove(std::ptrdiff_t pos) {
+    const double v = at_(pos);
     if (v == NANUM) return;
     --present_;
-    if (v == v) order_.erase(v);
+    if (v != v) return;
+    if (ranks_) {
+      ranks_->erase(static_cast<std::size_t>(pos + reach_));
+    } else {
+      order_.erase(v);
+    }
   }
-  void exchange(double in, double gone) {
-    if (in == in && in != NANUM && gone == gone && gone != NANUM) {
-      order_.replace(gone, in);
+  void exchange(std::ptrdiff_t in, std::ptrdiff_t gone) {
+    const double vi = at_(in), vg = at_(gone);
+    if (!ranks_ && vi == vi && vi != NANUM && vg == vg && vg != NANUM) {
+      order_.replace(vg, vi);
     } else {
       remove(gone);
       add(in);
@@ -41,19 +63,30 @@ public:
   // Values other than NANUM in the window (NaN included): whether the percentile is asked.
   std::size_t present() const { return present_; }
   double percentile() const {
-    if (order_.size() == 0) return NANUM;
-    return stats::percentile_of_sorted(order_.data(), order_.size(), percent_, rule_);
+    if (!ranks_) {
+      if (order_.size() == 0) return NANUM;
+      return stats::percentile_of_sorted(order_.data(), order_.size(), percent_, rule_);
+    }
+    const std::size_t n = ranks_->size();
+    if (n == 0) return NANUM;
+    const stats::PercentileRanks r = stats::percentile_ranks(n, percent_, rule_);
+    return stats::percentile_of_pair(n, percent_, rule_, ranks_->at(r.lo), ranks_->at(r.hi));
   }
 
 private:
+  const PaddedSource& at_;
+  std::ptrdiff_t reach_;
   platform::SortedWindow order_;
+  std::optional<platform::RankedWindow> ranks_;
   std::size_t present_ = 0;
   double percent_;
   int rule_;
 };
 
+}  // namespace
+
 int percentile_filter(int nSize, const double* pSrc, double* pDst, int nHalf, double dPercent,
-                      unsigned int nBoundary, bool bEdfAver) {
+                      unsigned int nBoundary, bool bEdfAver, std::size_t rankedFromWidth) {
   if (!pSrc || !pDst) return ZOMATH_ERR_NULL_POINTER;
   if (!(dPercent >= 0 && dPercent <= 100) || nHalf < 0 ||
       static_cast<long long>(nSize) < 2LL * nHalf + 1 || nBoundary > kBoundaryZero)
@@ -70,7 +103,9 @@ int percentile_filter(int nSize, const double* pSrc, double* pDst, int nHalf, do
   const double* src = unaliased_source(pSrc, pDst, nSize, copy);
   const PaddedSource at{src, n, left.data(), right.data()};
 
-  PercentileWindow window(2 * static_cast<std::size_t>(half) + 1, dPercent, rule);
+  const std::size_t width = 2 * static_cast<std::size_t>(half) + 1;
+  PercentileWindow window(at, static_cast<std::ptrdiff_t>(reach), width, dPercent, rule,
+                          width >= rankedFromWidth);
   // Shrinking windows ask for a percentile at every point; padded ones only where the window
   // holds something other than NANUM, and report -155 when none did.
   int status = shrink ? ZOMATH_OK : ZOMATH_ERR_NULL_DATA;
@@ -86,8 +121,8 @@ int percentile_filter(int nSize, const double* pSrc, double* pDst, int nHalf, do
   auto generic = [&](std::ptrdiff_t i) {
     const std::ptrdiff_t h = shrink ? std::min({half, i, n - 1 - i}) : half;
     // Out before in, so that a full window never holds more than its room.
-    while (lo < i - h) window.remove(at(lo++));
-    while (hi < i + h) window.add(at(++hi));
+    while (lo < i - h) window.remove(lo++);
+    while (hi < i + h) window.add(++hi);
     settle(i);
   };
   const std::ptrdiff_t first = half + 1, last = n - 1 - half;
@@ -95,7 +130,7 @@ int percentile_filter(int nSize, const double* pSrc, double* pDst, int nHalf, do
   for (; i < n && (i < first || i > last); ++i) generic(i);
   if (i == first) {
     for (; i <= last; ++i) {
-      window.exchange(src[i + half], src[i - half - 1]);
+      window.exchange(i + half, i - half - 1);
       settle(i);
     }
     lo = last - half;
@@ -105,14 +140,13 @@ int percentile_filter(int nSize, const double* pSrc, double* pDst, int nHalf, do
   return status;
 }
 
-}  // namespace
 }  // namespace zomath::curves
 
 extern "C" int zomath_median_filter(int nSize, const double* pSrc, double* pDst, int nHalf,
                                     double dPercent, unsigned int nBoundary, bool bEdfAver) {
   try {
     return zomath::curves::percentile_filter(nSize, pSrc, pDst, nHalf, dPercent, nBoundary,
-                                             bEdfAver);
+                                             bEdfAver, zomath::curves::kRankedWindowFrom);
   } catch (...) {
     return ZOMATH_ERR_NO_MEMORY;
   }

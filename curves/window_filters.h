@@ -45,4 +45,11 @@ struct PaddedSource {
 const double* unaliased_source(const double* src, const double* dst, std::size_t n,
                                std::vector<double>& copy);
 
+// The running percentile behind zomath_median_filter. Windows of rankedFromWidth points or more
+// hold their values as ranks over the whole sequence (O(log n) a step) rather than as a sorted
+// copy (up to w moves a step); both give the same values, which the tests hold them to.
+constexpr std::size_t kRankedWindowFrom = 4096;
+int percentile_filter(int nSize, const double* pSrc, double* pDst, int nHalf, double dPercent,
+                      unsigned int nBoundary, bool bEdfAver, std::size_t rankedFromWidth);
+
 }  // namespace zomath::curves

@@ -1,8 +1,11 @@
 #include "platform/sliding_order.h"
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "platform/workspace.h"
+#include "zomath/core.h"
 
 namespace zomath::platform {
 
@@ -59,6 +62,55 @@ void SortedWindow::replace(double out, double in) {
   } else {
     a[p] = in;  // q == p + 1: in takes out's place
   }
+}
+
+RankedWindow::RankedWindow(const double* x, std::size_t n)
+    : rank_(buffer<std::uint32_t>(n)) {
+  std::vector<std::pair<double, std::uint32_t>> order = buffer<std::pair<double, std::uint32_t>>(n);
+  std::size_t m = 0;
+  for (std::size_t i = 0; i < n; ++i)
+    if (x[i] == x[i] && x[i] != NANUM) order[m++] = {x[i] + 0.0, static_cast<std::uint32_t>(i)};
+  // Ties may take their ranks in any order: an order statistic reads a value, not a position.
+  std::sort(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(m),
+            [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::fill(rank_.begin(), rank_.end(), kNone);
+  sorted_ = buffer<double>(m);
+  for (std::size_t r = 0; r < m; ++r) {
+    sorted_[r] = order[r].first;
+    rank_[order[r].second] = static_cast<std::uint32_t>(r);
+  }
+  tree_ = buffer<std::uint32_t>(m + 1);
+  top_ = 1;
+  while (top_ * 2 <= m) top_ *= 2;
+}
+
+void RankedWindow::add(std::uint32_t rank, std::uint32_t delta) {
+  const std::size_t m = sorted_.size();
+  for (std::size_t p = std::size_t{rank} + 1; p <= m; p += p & (~p + 1)) tree_[p] += delta;
+}
+
+void RankedWindow::insert(std::size_t i) {
+  if (rank_[i] == kNone) return;
+  add(rank_[i], 1u);
+  ++size_;
+}
+
+void RankedWindow::erase(std::size_t i) {
+  if (rank_[i] == kNone) return;
+  add(rank_[i], UINT32_MAX);  // adds -1 modulo 2^32
+  --size_;
+}
+
+double RankedWindow::at(std::size_t r) const {
+  // The smallest rank whose prefix count exceeds r, by descent over the powers of two.
+  const std::size_t m = sorted_.size();
+  std::size_t p = 0, left = r + 1;
+  for (std::size_t step = top_; step > 0; step /= 2)
+    if (p + step <= m && tree_[p + step] < left) {
+      p += step;
+      left -= tree_[p];
+    }
+  return sorted_[p];
 }
 
 }  // namespace zomath::platform

@@ -91,14 +91,20 @@ void select_ranks(double* a, std::size_t lo, std::size_t hi, const std::size_t* 
 
 }  // namespace
 
-double percentile_of_sorted(const double* x, std::size_t n, double percent, int rule) {
+PercentileRanks percentile_ranks(std::size_t n, double percent, int rule) {
+  if (n == 0 || !in_percent_range(percent)) return {0, 0};
+  const Place at = place_of(n, percent, rule);
+  if (at.k == 0) return {0, 0};
+  if (at.k >= n) return {n - 1, n - 1};
+  return {at.k - 1, at.k};  // x(k) and x(k + 1)
+}
+
+double percentile_of_pair(std::size_t n, double percent, int rule, double a, double b) {
   if (n == 0 || !in_percent_range(percent)) return NANUM;
   const Place at = place_of(n, percent, rule);
-  if (at.k == 0) return x[0];
-  if (at.k >= n) return x[n - 1];
-  const std::size_t k = at.k;  // x(k) is x[k - 1]
+  if (at.k == 0 || at.k >= n) return a;
+  const std::size_t k = at.k;
   const long double g = at.g;
-  const double a = x[k - 1], b = x[k];
   switch (rule) {
     case INTERPOLATE_EDF_AVER: return g > 0 ? b : mean_of(a, b);
     case INTERPOLATE_NEAREST_NEIGHBOR:
@@ -109,6 +115,12 @@ double percentile_of_sorted(const double* x, std::size_t n, double percent, int 
     case INTERPOLATE_WEIGHT_AVER_LEFT: return between(a, b, g);
     default: return NANUM;
   }
+}
+
+double percentile_of_sorted(const double* x, std::size_t n, double percent, int rule) {
+  if (n == 0) return NANUM;
+  const PercentileRanks r = percentile_ranks(n, percent, rule);
+  return percentile_of_pair(n, percent, rule, x[r.lo], x[r.hi]);
 }
 
 double weighted_percentile_of_sorted(const double* x, const long double* c, std::size_t n,
