@@ -8,7 +8,8 @@ namespace zomath::baseline {
 
 // For each of the np peak x in pPeakX, the indices of the nearest inflections below and above
 // it in x, as zomath_find_peaks_partition with window w gives them; -1 and -1 where that export
-// fails. Monotonic x are searched once for all peaks (O(n w + np log n)); other x peak by peak.
+// fails. The inflections are found once; monotonic x are searched by bisection (O(n w + np log n)),
+// other x by a scan a peak.
 // Throws ZOMATH_ERROR.
 void partitions(unsigned int nSize, const double* pX, const double* pY, const double* pPeakX,
                 int np, int w, int* pLeft, int* pRight);

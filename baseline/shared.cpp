@@ -4,50 +4,26 @@
 #include <limits>
 
 #include "baseline/baseline_internal.h"
+#include "peaks/peaks_internal.h"
 #include "zomath/core.h"
 #include "zomath/curves.h"
 #include "zomath/peaks.h"
 
 namespace zomath::baseline {
-namespace {
-
-inline bool absent(double v) { return v == NANUM || v != v; }
-
-}  // namespace
 
 void partitions(unsigned int nSize, const double* pX, const double* pY, const double* pPeakX,
                 int np, int w, int* pLeft, int* pRight) {
   const int n = static_cast<int>(nSize);
-  const int order = zomath_is_monotonic(pX, nSize, false);
-  if (order != 1 && order != 2) {
-    for (int k = 0; k < np; ++k)
-      if (zomath_find_peaks_partition(nSize, pX, pY, pPeakX[k], pLeft + k, pRight + k, w) != 0)
-        pLeft[k] = pRight[k] = -1;
+  NRVec<int> changes;
+  int nc = 0;
+  if (peaks::inflections(pX, pY, n, w, changes, nc) != 0) {
+    std::fill(pLeft, pLeft + np, -1);
+    std::fill(pRight, pRight + np, -1);
     return;
   }
-  // The second derivative of the smoothed curve and the points where it changes sign.
-  NRVec<double> s(n);
-  const int half = (w - 1) / 2;
-  if (zomath_savitsky_golay(pY, s.Data(), nSize, half, half, 2, 0, ZOMATH_BOUNDARY_LINEAR) != 0) {
-    if (w > 3) {
-      std::fill(pLeft, pLeft + np, -1);
-      std::fill(pRight, pRight + np, -1);
-      return;
-    }
-    std::copy(pY, pY + n, s.Data());
-  }
-  NRVec<int> changes(n);
-  int nc = 0;
-  if (n >= 2) {
-    NRVec<double> d1(n);
-    zomath_derivative(pX, s.Data(), d1.Data(), nSize, ZOMATH_DERIV_MEAN);
-    zomath_derivative(pX, d1.Data(), s.Data(), nSize, ZOMATH_DERIV_MEAN);
-    for (int i = 1; i < n; ++i)
-      if (!absent(s[i]) && !absent(s[i - 1]) && s[i] * s[i - 1] < 0 && !absent(pX[i]))
-        changes[nc++] = i;
-  }
   // The changes nearest the peak in x below and above it, the first in curve order among
-  // equal x, whichever way x runs.
+  // equal x: by bisection where x is monotonic, else by a scan.
+  const int order = zomath_is_monotonic(pX, nSize, false);
   const bool rising = order == 2;
   const int* first = changes.Data();
   const int* last = first + nc;
@@ -60,6 +36,8 @@ void partitions(unsigned int nSize, const double* pX, const double* pY, const do
     pRight[k] = n - 1;
     if (std::isnan(c)) {
       pLeft[k] = pRight[k] = -1;
+    } else if (order != 1 && order != 2) {
+      peaks::nearest_inflections(pX, first, nc, c, pLeft[k], pRight[k]);
     } else if (rising) {
       const int* b = at(first, last, [&](int i) { return pX[i] < c; });
       if (b != first) {

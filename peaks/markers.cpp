@@ -122,6 +122,43 @@ bool bad_frame(unsigned int nSize, int nPeaks, int nMarkers) {
 }
 
 }  // namespace
+
+int inflections(const double* pX, const double* pY, int n, int w, NRVec<int>& at, int& count) {
+  const unsigned int size = static_cast<unsigned int>(n);
+  NRVec<double> s(n);
+  const int half = (w - 1) / 2;
+  if (zomath_savitsky_golay(pY, s.Data(), size, half, half, 2, 0, ZOMATH_BOUNDARY_LINEAR) != 0) {
+    if (w > 3) return ZOMATH_PEAK_ERR_SMOOTHING;
+    std::copy(pY, pY + n, s.Data());
+  }
+  at.SetSize(n);
+  count = 0;
+  if (n < 2) return ZOMATH_OK;
+  NRVec<double> d1(n);
+  zomath_derivative(pX, s.Data(), d1.Data(), size, ZOMATH_DERIV_MEAN);
+  zomath_derivative(pX, d1.Data(), s.Data(), size, ZOMATH_DERIV_MEAN);
+  // Each change counted at its second point.
+  for (int i = 1; i < n; ++i)
+    if (!absent(s[i]) && !absent(s[i - 1]) && s[i] * s[i - 1] < 0 && !absent(pX[i]))
+      at[count++] = i;
+  return ZOMATH_OK;
+}
+
+void nearest_inflections(const double* pX, const int* at, int count, double c, int& left,
+                         int& right) {
+  double below = -INFINITY, above = INFINITY;
+  for (int k = 0; k < count; ++k) {
+    const int i = at[k];
+    if (pX[i] < c && pX[i] > below) {
+      below = pX[i];
+      left = i;
+    } else if (pX[i] > c && pX[i] < above) {
+      above = pX[i];
+      right = i;
+    }
+  }
+}
+
 }  // namespace zomath::peaks
 
 using namespace zomath;
@@ -136,30 +173,11 @@ int zomath_find_peaks_partition(unsigned int nSize, const double* pX, const doub
     return ZOMATH_ERR_BAD_ARGUMENT;
   const int n = static_cast<int>(nSize);
   try {
-    NRVec<double> s(n), d1(n), D(n);
-    const int half = (nWindow - 1) / 2;
-    if (zomath_savitsky_golay(pY, s.Data(), nSize, half, half, 2, 0, 4) != 0) {
-      if (nWindow > 3) return ZOMATH_PEAK_ERR_SMOOTHING;
-      std::copy(pY, pY + n, s.Data());
-    }
+    NRVec<int> at;
+    int count = 0;
+    if (const int rc = inflections(pX, pY, n, nWindow, at, count)) return rc;
     int left = 0, right = n - 1;
-    if (n >= 2) {
-      zomath_derivative(pX, s.Data(), d1.Data(), nSize, ZOMATH_DERIV_MEAN);
-      zomath_derivative(pX, d1.Data(), D.Data(), nSize, ZOMATH_DERIV_MEAN);
-      // The inflections nearest the peak in x below and above it, each at the second point of
-      // its sign change, whichever way x runs.
-      double below = -INFINITY, above = INFINITY;
-      for (int i = 1; i < n; ++i) {
-        if (absent(D[i]) || absent(D[i - 1]) || !(D[i] * D[i - 1] < 0) || absent(pX[i])) continue;
-        if (pX[i] < dPeakX && pX[i] > below) {
-          below = pX[i];
-          left = i;
-        } else if (pX[i] > dPeakX && pX[i] < above) {
-          above = pX[i];
-          right = i;
-        }
-      }
-    }
+    nearest_inflections(pX, at.Data(), count, dPeakX, left, right);
     *pnLeft = left;
     *pnRight = right;
     return ZOMATH_OK;

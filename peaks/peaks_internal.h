@@ -73,6 +73,19 @@ bool detect(const double* x, const double* y, const double* D, int n, bool risin
 // the curve is a sorted copy (whose x and y are the input's numbers).
 void map_back(const Curve& c, PeakList& out);
 
+// The inflections of a curve for the partition of its peaks: the indices i >= 1, ascending, at
+// which the second derivative (zomath_derivative twice) of the curve smoothed by Savitzky-Golay
+// of order 2 over w points changes sign, NANUM and NaN x or derivatives left out. A failed
+// smoothing gives ZOMATH_PEAK_ERR_SMOOTHING when w > 3, else the raw curve is used. Throws
+// ZOMATH_ERROR.
+int inflections(const double* pX, const double* pY, int n, int w, NRVec<int>& at, int& count);
+
+// Of the `count` inflections at[], the nearest to peak x c below it and above it in x (the first
+// in curve order among equal x), whichever way x runs; left and right keep their values where
+// there is none on that side.
+void nearest_inflections(const double* pX, const int* at, int count, double c, int& left,
+                         int& right);
+
 // Moves each peak to the input point nearest to its x (the lowest index among equally near),
 // taking that point's x and y. Peaks whose x is absent keep their entries. Throws ZOMATH_ERROR.
 void move_to_nearest_x(const double* pX, const double* pY, int n, PeakList& out);
