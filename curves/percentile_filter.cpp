@@ -70,7 +70,7 @@ public:
     const std::size_t n = ranks_->size();
     if (n == 0) return NANUM;
     const stats::PercentileRanks r = stats::percentile_ranks(n, percent_, rule_);
-    return stats::percentile_of_pair(n, percent_, rule_, ranks_->at(r.lo), ranks_->at(r.hi));
+    return stats::percentile_of_pair(r, rule_, ranks_->at(r.lo), ranks_->at(r.hi));
   }
 
 private:

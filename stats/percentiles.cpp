@@ -92,19 +92,18 @@ void select_ranks(double* a, std::size_t lo, std::size_t hi, const std::size_t* 
 }  // namespace
 
 PercentileRanks percentile_ranks(std::size_t n, double percent, int rule) {
-  if (n == 0 || !in_percent_range(percent)) return {0, 0};
+  if (n == 0 || !in_percent_range(percent)) return {0, 0, 0, 0, false};
   const Place at = place_of(n, percent, rule);
-  if (at.k == 0) return {0, 0};
-  if (at.k >= n) return {n - 1, n - 1};
-  return {at.k - 1, at.k};  // x(k) and x(k + 1)
+  if (at.k == 0) return {0, 0, at.k, at.g, true};
+  if (at.k >= n) return {n - 1, n - 1, at.k, at.g, true};
+  return {at.k - 1, at.k, at.k, at.g, true};  // x(k) and x(k + 1)
 }
 
-double percentile_of_pair(std::size_t n, double percent, int rule, double a, double b) {
-  if (n == 0 || !in_percent_range(percent)) return NANUM;
-  const Place at = place_of(n, percent, rule);
-  if (at.k == 0 || at.k >= n) return a;
-  const std::size_t k = at.k;
-  const long double g = at.g;
+double percentile_of_pair(const PercentileRanks& r, int rule, double a, double b) {
+  if (!r.valid) return NANUM;
+  if (r.lo == r.hi) return a;
+  const std::size_t k = r.k;
+  const long double g = r.g;
   switch (rule) {
     case INTERPOLATE_EDF_AVER: return g > 0 ? b : mean_of(a, b);
     case INTERPOLATE_NEAREST_NEIGHBOR:
@@ -118,9 +117,8 @@ double percentile_of_pair(std::size_t n, double percent, int rule, double a, dou
 }
 
 double percentile_of_sorted(const double* x, std::size_t n, double percent, int rule) {
-  if (n == 0) return NANUM;
   const PercentileRanks r = percentile_ranks(n, percent, rule);
-  return percentile_of_pair(n, percent, rule, x[r.lo], x[r.hi]);
+  return r.valid ? percentile_of_pair(r, rule, x[r.lo], x[r.hi]) : NANUM;
 }
 
 double weighted_percentile_of_sorted(const double* x, const long double* c, std::size_t n,

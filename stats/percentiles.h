@@ -16,14 +16,17 @@ namespace zomath::stats {
 // copy. q = (p n) / 100 and the rest run in long double.
 double percentile_of_sorted(const double* x, std::size_t n, double percent, int rule);
 
-// The same read in two steps, for values held in another order structure: the 0-based ranks
-// lo <= hi of the n >= 1 values that the percentile reads (lo == hi where it reads one), then
-// the percentile from a = x[lo] and b = x[hi].
+// The same read in two steps, for values held in another order structure: where the percentile
+// of n values reads (0-based ranks lo <= hi, equal where it reads one; k and g of q = k + g), then
+// the percentile from a = x[lo] and b = x[hi]. valid is false for n = 0 or a percent outside
+// [0, 100] or NaN, where the percentile is NANUM.
 struct PercentileRanks {
-  std::size_t lo, hi;
+  std::size_t lo, hi, k;
+  long double g;
+  bool valid;
 };
 PercentileRanks percentile_ranks(std::size_t n, double percent, int rule);
-double percentile_of_pair(std::size_t n, double percent, int rule, double a, double b);
+double percentile_of_pair(const PercentileRanks& r, int rule, double a, double b);
 
 // The weighted percentile of the n >= 1 ascending values x[0..n) whose running weight sums are
 // c[0..n) (c[n - 1] the total): with T = c[n - 1] p / 100, a binary search returns x(i) where
