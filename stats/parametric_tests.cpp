@@ -49,15 +49,31 @@ void clear(tTestMean2SampleResults& r, int count) {
 
 bool usable_test_value(double v) { return v != NANUM && std::isfinite(v); }
 
+// The platform's tail for TailType; any other value than upper or lower reads as two-sided.
+platform::Tail tail_of(int nTailType) {
+  return nTailType == TAILED_TEST_UPPER   ? platform::Tail::Upper
+         : nTailType == TAILED_TEST_LOWER ? platform::Tail::Lower
+                                          : platform::Tail::TwoSided;
+}
+
+// The two samples' counts, means, SDs and standard errors.
+void put_samples(tTestMean2SampleResults& r, const SampleStats& a, const SampleStats& b) {
+  r.N1 = a.n;
+  r.Mean1 = a.mean;
+  r.SD1 = a.sd;
+  r.SEM1 = a.sem;
+  r.N2 = b.n;
+  r.Mean2 = b.mean;
+  r.SD2 = b.sd;
+  r.SEM2 = b.sem;
+}
+
 // The probability of a chi-square or F statistic for a test's tail, each tail computed directly;
 // two-sided is twice the smaller tail. NANUM where the distribution has no value.
 template <class Probability>
 double tail_probability(int nTailType, Probability probability) {
-  const platform::Tail tail = nTailType == TAILED_TEST_UPPER   ? platform::Tail::Upper
-                              : nTailType == TAILED_TEST_LOWER ? platform::Tail::Lower
-                                                               : platform::Tail::TwoSided;
   platform::NagError err;
-  const double p = probability(tail, err);
+  const double p = probability(tail_of(nTailType), err);
   return err.code == 0 ? p : NANUM;
 }
 
@@ -149,22 +165,13 @@ int zomath_two_sample_t_test(const double* pData1, int nSize1, const double* pDa
   SampleStats a, b;
   if (const int code = sample_summary(pData1, nSize1, a)) return code;
   if (const int code = sample_summary(pData2, nSize2, b)) return code;
-  r.N1 = a.n;
-  r.Mean1 = a.mean;
-  r.SD1 = a.sd;
-  r.SEM1 = a.sem;
-  r.N2 = b.n;
-  r.Mean2 = b.mean;
-  r.SD2 = b.sd;
-  r.SEM2 = b.sem;
+  put_samples(r, a, b);
   const int tail = pOptions->TailType;
   if (tail < TAILED_TEST_TWO || tail > TAILED_TEST_LOWER ||
       !usable_test_value(pOptions->dTestValue))
     return ZOMATH_ERR_OPTION;
   r.DOF = double(a.n) + double(b.n) - 2;
-  const platform::Tail platformTail = tail == TAILED_TEST_UPPER   ? platform::Tail::Upper
-                                      : tail == TAILED_TEST_LOWER ? platform::Tail::Lower
-                                                                  : platform::Tail::TwoSided;
+  const platform::Tail platformTail = tail_of(tail);
   const platform::SampleSummary x = as_sample(a), y = as_sample(b);
   // A test that can't be formed (too few points, no spread) leaves its results missing.
   platform::NagError err;
@@ -223,14 +230,7 @@ int zomath_two_sample_t_test_pair(const double* pData1, int nSize1, const double
   if (const int code = sample_summary(x.Data(), n, a)) return code;
   if (const int code = sample_summary(y.Data(), n, b)) return code;
   if (const int code = sample_summary(d.Data(), n, diff)) return code;
-  r.N1 = a.n;
-  r.Mean1 = a.mean;
-  r.SD1 = a.sd;
-  r.SEM1 = a.sem;
-  r.N2 = b.n;
-  r.Mean2 = b.mean;
-  r.SD2 = b.sd;
-  r.SEM2 = b.sem;
+  put_samples(r, a, b);
   // The mean difference as the mean of the differences: the same number, without the
   // cancellation of two close means.
   r.DiffMean = diff.mean;
@@ -350,9 +350,7 @@ int zomath_row_ttest2(int nRows, int nCols, const double* pMatrix1, const double
   } catch (...) {
     return ZOMATH_STATS_ERR_ROW_FETCH;
   }
-  const platform::Tail tail = TailType == TAILED_TEST_UPPER   ? platform::Tail::Upper
-                              : TailType == TAILED_TEST_LOWER ? platform::Tail::Lower
-                                                              : platform::Tail::TwoSided;
+  const platform::Tail tail = tail_of(TailType);
   const double shift = dTestValue == NANUM ? std::numeric_limits<double>::quiet_NaN() : dTestValue;
   for (int i = 0; i < nRows; ++i) {
     const std::size_t at = static_cast<std::size_t>(i) * static_cast<std::size_t>(nCols);
