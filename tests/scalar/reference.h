@@ -13,6 +13,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "zomath/core.h"
@@ -25,9 +26,10 @@ struct ReferenceRow {
   double scale;
 };
 
-// Rows of tests/data/<relative path>; empty if the file can't be read (the caller asserts).
-inline std::vector<ReferenceRow> load_reference(const std::string& relativePath) {
-  std::vector<ReferenceRow> rows;
+// The rows of a table under tests/data/<relative path> as numbers, comment lines and the header
+// line left out; empty if the file can't be read (the caller asserts).
+inline std::vector<std::vector<double>> load_rows(const std::string& relativePath) {
+  std::vector<std::vector<double>> rows;
   std::ifstream in(std::string(ZOMATH_TEST_DATA_DIR) + "/" + relativePath);
   std::string line;
   bool header = true;
@@ -41,6 +43,15 @@ inline std::vector<ReferenceRow> load_reference(const std::string& relativePath)
     std::stringstream ss(line);
     std::string field;
     while (std::getline(ss, field, ',')) fields.push_back(std::strtod(field.c_str(), nullptr));
+    rows.push_back(std::move(fields));
+  }
+  return rows;
+}
+
+// Rows of a reference table: arguments, value, scale.
+inline std::vector<ReferenceRow> load_reference(const std::string& relativePath) {
+  std::vector<ReferenceRow> rows;
+  for (const std::vector<double>& fields : load_rows(relativePath)) {
     if (fields.size() < 3) continue;
     ReferenceRow row;
     row.scale = fields.back();
@@ -49,6 +60,12 @@ inline std::vector<ReferenceRow> load_reference(const std::string& relativePath)
     rows.push_back(row);
   }
   return rows;
+}
+
+// Correct digits of a value against a reference: -log10 of the relative error, 16 when exact.
+inline double digits(double value, double reference) {
+  if (value == reference) return 16;
+  return std::fmin(16, -std::log10(std::fabs(value - reference) / std::fabs(reference)));
 }
 
 // Worst and root-mean-square scaled error over a table, with where the worst one occurs.

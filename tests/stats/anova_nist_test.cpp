@@ -25,6 +25,8 @@
 
 namespace {
 
+using zomath::testing::digits;
+
 // The certified values (B, W, MSB, MSW, F, R-squared, residual SD) and the data, group by group.
 struct NistAnova {
   std::vector<double> y;
@@ -59,11 +61,6 @@ NistAnova read_set(const std::string& name) {
     s.sizes.push_back(static_cast<int>(values.size()));
   }
   return s;
-}
-
-double digits(double value, double reference) {
-  if (value == reference) return 16;
-  return std::fmin(16, -std::log10(std::fabs(value - reference) / std::fabs(reference)));
 }
 
 TEST(NistAnova, CertifiedDigits) {

@@ -24,6 +24,8 @@
 
 namespace {
 
+using zomath::testing::digits;
+
 struct NistSet {
   std::vector<double> y;
   double mean = NAN, sd = NAN;  // certified
@@ -44,11 +46,6 @@ NistSet read_set(const std::string& name) {
     if (n >= 61 && line.find_first_of("0123456789") != std::string::npos) s.y.push_back(std::stod(line));
   }
   return s;
-}
-
-double digits(double value, double reference) {
-  if (value == reference) return 16;
-  return std::fmin(16, -std::log10(std::fabs(value - reference) / std::fabs(reference)));
 }
 
 TEST(NistUnivariate, MeanAndStandardDeviation) {

@@ -3,9 +3,7 @@
 #pragma once
 
 #include <cmath>
-#include <fstream>
 #include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -24,23 +22,13 @@ struct Sample {
 // The sets of a samples table under tests/data (set, x, w, has_weights), by set number.
 inline std::vector<Sample> load_samples(const std::string& relativePath = "stats/samples.csv") {
   std::vector<Sample> sets;
-  std::ifstream in(std::string(ZOMATH_TEST_DATA_DIR) + "/" + relativePath);
-  std::string line;
-  bool header = true;
-  while (std::getline(in, line)) {
-    if (line.empty() || line[0] == '#') continue;
-    if (header) {
-      header = false;
-      continue;
-    }
-    std::stringstream ss(line);
-    std::string f[4];
-    for (auto& s : f) std::getline(ss, s, ',');
-    const std::size_t k = std::stoul(f[0]);
+  for (const std::vector<double>& f : load_rows(relativePath)) {
+    if (f.size() < 4) continue;
+    const std::size_t k = static_cast<std::size_t>(f[0]);
     if (sets.size() <= k) sets.resize(k + 1);
-    sets[k].x.push_back(std::strtod(f[1].c_str(), nullptr));
-    sets[k].w.push_back(std::strtod(f[2].c_str(), nullptr));
-    sets[k].weighted = f[3] == "1";
+    sets[k].x.push_back(f[1]);
+    sets[k].w.push_back(f[2]);
+    sets[k].weighted = f[3] == 1;
   }
   return sets;
 }
