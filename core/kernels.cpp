@@ -1,6 +1,8 @@
 // The non-template kernels.
 #include "core/kernels.h"
 
+#include "core/large_buffer.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -379,7 +381,8 @@ MostFrequent most_frequent(const double* p, std::size_t n) {
   for (std::size_t b = 0; b < buckets; ++b) at[b + 1] += at[b];
   const std::size_t m = at[buckets];
   if (m == 0) return MostFrequent{};
-  const Block<std::uint64_t> keys(m);
+  LargeBuffer<std::uint64_t> keys;
+  if (!keys.allocate(m)) throw ZOMATH_ERROR_NO_MEMORY;
   {
     const Block<std::size_t> next(buckets);
     std::copy(at, at + buckets, next.get());

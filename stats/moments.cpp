@@ -90,8 +90,7 @@ const platform::SecondPassExtras* ModeAndSpread::second_pass(const platform::Fir
     at[0] = 0;
     for (std::size_t b = 0; b < buckets; ++b) at[b + 1] = at[b] + count[b];
     std::copy(at, at + buckets + 1, next);  // next[buckets]: the spare bucket past the keys
-    keyStore_.reset(new (std::nothrow) std::uint64_t[at[buckets] + count[buckets]]);
-    if (!keyStore_) throw ZOMATH_ERROR_NO_MEMORY;
+    if (!keyStore_.allocate(at[buckets] + count[buckets])) throw ZOMATH_ERROR_NO_MEMORY;
     extras_.logBuckets = counts_.logBuckets;
     extras_.next = next;
     extras_.keys = keyStore_.get();

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "core/large_buffer.h"
 #include "platform/moment_sums.h"
 #include "zomath/core.h"
 
@@ -65,7 +66,7 @@ class ModeAndSpread {
   platform::SecondPassExtras extras_;
   platform::LogSums logSums_;
   std::unique_ptr<std::size_t[]> bounds_;  // counts, bucket starts, write positions
-  std::unique_ptr<std::uint64_t[]> keyStore_;  // the keys, grouped by bucket
+  kernels::LargeBuffer<std::uint64_t> keyStore_;  // the keys, grouped by bucket
 };
 
 // The moments of the valid points of x[0..nx) with weights w[0..nw) (null: all 1), a weight

@@ -4,12 +4,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <map>
 #include <random>
 #include <vector>
 
 #include "core/kernels.h"
+#include "core/large_buffer.h"
 #include "zomath/vector.h"
 
 namespace {
@@ -103,6 +105,23 @@ TEST(DiscreteFrequencies, LargeArraysAgainstATally) {
     EXPECT_EQ(got.ties, want.ties) << c.n << " " << c.distinct;
   }
   EXPECT_EQ(zomath::kernels::most_frequent(nullptr, 0).count, 0u);
+}
+
+// Buffers from 32 MiB on come on 2 MiB boundaries, for the kernel's huge pages; smaller ones
+// from malloc; a size whose bytes overflow is refused.
+TEST(LargeBuffer, AlignmentAndRefusal) {
+  using Buffer = zomath::kernels::LargeBuffer<std::uint64_t>;
+  Buffer b;
+  const std::size_t n = Buffer::kHugeFrom / sizeof(std::uint64_t) + 1;
+  ASSERT_TRUE(b.allocate(n));
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(b.get()) % Buffer::kHugePage, 0u);
+  b.get()[0] = 1;
+  b.get()[n - 1] = 2;
+  EXPECT_EQ(b.get()[0] + b.get()[n - 1], 3u);
+  ASSERT_TRUE(b.allocate(0));
+  b.get()[0] = 4;
+  EXPECT_FALSE(b.allocate(std::size_t(-1) / 4));
+  EXPECT_EQ(b.get(), nullptr);
 }
 
 TEST(Integrate, AreasAndCumulativeAreas) {
