@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <random>
 #include <vector>
 
@@ -78,6 +79,29 @@ void BM_DescStats(benchmark::State& state) {
   finish(state);
 }
 
+// zomath_desc_stats_ex on one slice, every field asked for, and every field but the mode: the
+// difference between the two rows is what the mode costs, its keys gathered in the two passes
+// and counted after them.
+void desc_stats_ex(benchmark::State& state, bool bMode) {
+  const Input& d = input(state.range(0), state.range(1));
+  DescStatOptions o;
+  std::memset(&o, 1, sizeof o);
+  o.nMomentDenFlag = DS_SAS1_DF;
+  o.bMode = bMode;
+  const double size = 0.0;  // one slice, the whole sample
+  DescStatResults r;
+  bool multiModal;
+  for (auto _ : state) {
+    zomath_desc_stats_ex(d.x.data(), static_cast<int>(d.x.size()), &size, 1, &o, &r, weights(d, state),
+                         0.95, &multiModal);
+    benchmark::DoNotOptimize(r.SD + r.Mode + r.GeoSD);
+  }
+  finish(state);
+}
+
+void BM_DescStatsEx_EveryField(benchmark::State& state) { desc_stats_ex(state, true); }
+void BM_DescStatsEx_AllButMode(benchmark::State& state) { desc_stats_ex(state, false); }
+
 // Mean, then the second, third and fourth central moments, skipping NANUM; the bias-corrected
 // coefficients of the denominator n - 1 at the end.
 void BM_TwoPassPlainLoop(benchmark::State& state) {
@@ -116,6 +140,8 @@ void BM_TwoPassPlainLoop(benchmark::State& state) {
 BENCHMARK(BM_BasicSummaryStats_DenominatorNMinus1)->Apply(args);
 BENCHMARK(BM_BasicSummaryStats_DenominatorN)->Apply(args);
 BENCHMARK(BM_DescStats)->Apply(args);
+BENCHMARK(BM_DescStatsEx_EveryField)->Apply(args);
+BENCHMARK(BM_DescStatsEx_AllButMode)->Apply(args);
 BENCHMARK(BM_TwoPassPlainLoop)->Apply(args);
 
 // zomath_percentiles at 3 percents (the quartiles) and at 101 (0, 1, ..., 100) under the
