@@ -139,6 +139,21 @@ TEST(SummaryPasses, ModeAgainstATally) {
 }
 
 // The row form takes each row without its NANUM.
+// A sample whose keys fill 32 MiB and more, the size from which they go to huge pages: distinct
+// values (steps of 1e-6 from 100, far above their rounding) with NANUM among them, and one pair.
+TEST(SummaryPasses, ModeOfASampleWithKeysOnHugePages) {
+  const int n = 4300001;
+  std::vector<double> x(n);
+  for (int i = 0; i < n; ++i) x[i] = i % 97 == 5 ? M : 100 + i * 1e-6;
+  x[n - 1] = x[n / 2];
+  DescStatResults r;
+  ASSERT_EQ(zomath_desc_stats(x.data(), n, &r, nullptr, 0.95, DS_SAS1_DF), 0);
+  EXPECT_EQ(r.Mode, x[n / 2]);
+  x[n - 1] = 1;  // now every value is distinct
+  ASSERT_EQ(zomath_desc_stats(x.data(), n, &r, nullptr, 0.95, DS_SAS1_DF), 0);
+  EXPECT_EQ(r.Mode, M);
+}
+
 TEST(SummaryPasses, ModeOfRows) {
   const int rows = 3, cols = 5001;
   const std::vector<double> x = sample(kRepeats, rows * cols);
