@@ -114,14 +114,18 @@ bool median(const double* p, std::size_t n, double& out) {
 
 namespace {
 
-// Working storage from malloc, freed on every way out; ZOMATH_ERROR when it can't be had.
+// Working storage, freed on every way out (large blocks on huge pages, see LargeBuffer);
+// ZOMATH_ERROR when it can't be had.
 template <class T>
-struct Block {
-  std::unique_ptr<T, decltype(&std::free)> p{nullptr, &std::free};
-  explicit Block(std::size_t n) : p(static_cast<T*>(std::malloc(std::max<std::size_t>(n, 1) * sizeof(T))), &std::free) {
-    if (!p) throw ZOMATH_ERROR_NO_MEMORY;
+class Block {
+ public:
+  explicit Block(std::size_t n) {
+    if (!b_.allocate(n)) throw ZOMATH_ERROR_NO_MEMORY;
   }
-  T* get() const { return p.get(); }
+  T* get() const { return b_.get(); }
+
+ private:
+  LargeBuffer<T> b_;
 };
 
 // The bits of a double as an unsigned key in the order of the values (for all but NaN): negative
@@ -381,8 +385,7 @@ MostFrequent most_frequent(const double* p, std::size_t n) {
   for (std::size_t b = 0; b < buckets; ++b) at[b + 1] += at[b];
   const std::size_t m = at[buckets];
   if (m == 0) return MostFrequent{};
-  LargeBuffer<std::uint64_t> keys;
-  if (!keys.allocate(m)) throw ZOMATH_ERROR_NO_MEMORY;
+  const Block<std::uint64_t> keys(m);
   {
     const Block<std::size_t> next(buckets);
     std::copy(at, at + buckets, next.get());

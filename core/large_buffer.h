@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <utility>
 
 #if defined(__linux__)
 #include <sys/mman.h>
@@ -22,8 +23,11 @@ class LargeBuffer {
   static constexpr std::size_t kHugePage = std::size_t{2} << 20;
 
   LargeBuffer() = default;
-  LargeBuffer(const LargeBuffer&) = delete;
-  LargeBuffer& operator=(const LargeBuffer&) = delete;
+  LargeBuffer(LargeBuffer&& o) noexcept : p_(o.p_) { o.p_ = nullptr; }
+  LargeBuffer& operator=(LargeBuffer&& o) noexcept {
+    std::swap(p_, o.p_);
+    return *this;
+  }
   ~LargeBuffer() { std::free(p_); }
 
   // Room for n elements, not initialised, replacing what was held; false when it can't be had.
