@@ -91,9 +91,18 @@ int walk(const View& v, const NRVec<char>& low, int p, int limit, int dir, doubl
   return low[k] ? k : valley(v, k, p);
 }
 
-// Markers of the peaks (points of the view, in the caller's order) between their neighbours.
+// Width limits: the largest cut to the x range, a negative smallest taken as 0.
+void cut_widths(const View& v, double& maxW, double& minW) {
+  const double range = v.x[v.n - 1] - v.x[0];
+  if (maxW > range) maxW = range;
+  if (minW < 0) minW = 0;
+}
+
+// Markers of the peaks (points of the view, in the caller's order) between their neighbours,
+// within the widths cut to the view.
 void markers(const View& v, const NRVec<int>& peaks, int* pMarkers, double dHeight, double maxW,
              double minW) {
+  cut_widths(v, maxW, minW);
   const int np = peaks.size();
   const NRVec<char> low = below_height(v, dHeight);
   NRVec<int> byX(np);
@@ -107,13 +116,6 @@ void markers(const View& v, const NRVec<int>& peaks, int* pMarkers, double dHeig
     pMarkers[2 * g] = std::min(a, b);
     pMarkers[2 * g + 1] = std::max(a, b);
   }
-}
-
-// Width limits: the largest cut to the x range, a negative smallest taken as 0.
-void cut_widths(const View& v, double& maxW, double& minW) {
-  const double range = v.x[v.n - 1] - v.x[0];
-  if (maxW > range) maxW = range;
-  if (minW < 0) minW = 0;
 }
 
 bool bad_frame(unsigned int nSize, int nPeaks, int nMarkers) {
@@ -200,7 +202,6 @@ int zomath_find_markers_of_peaks_by_height_and_width(unsigned int nSize, const d
     const View v(pX, pY, n);
     NRVec<int> peaks(nPeaks);
     for (int g = 0; g < nPeaks; ++g) peaks[g] = v.point(pPeakIdx[g]);
-    cut_widths(v, dMaxWidth, dMinWidth);
     markers(v, peaks, pMarkers, dHeight, dMaxWidth, dMinWidth);
     return ZOMATH_OK;
   } catch (...) {
@@ -225,7 +226,6 @@ int zomath_find_markers_of_peak_centers_by_height_and_width(unsigned int nSize, 
       const int k = static_cast<int>(curves::lower_bound(v.x, static_cast<std::size_t>(n), pCenters[g]));
       peaks[g] = k < n ? k : n - 1;
     }
-    cut_widths(v, dMaxWidth, dMinWidth);
     markers(v, peaks, pMarkers, dHeight, dMaxWidth, dMinWidth);
     return ZOMATH_OK;
   } catch (...) {
