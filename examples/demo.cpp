@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <sstream>
+#include <utility>
 #include <string>
 #include <vector>
 
@@ -24,18 +24,33 @@ struct Reading {
   double value;
 };
 
+// The two comma-separated fields of each line of a file: the first, and the rest of the line
+// (empty when the line has no comma). Blank lines and lines starting with '#' are left out.
+std::vector<std::pair<std::string, std::string>> fields_of(const std::string& path) {
+  std::vector<std::pair<std::string, std::string>> rows;
+  std::ifstream in(path);
+  for (std::string line; std::getline(in, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    const std::size_t comma = line.find(',');
+    rows.emplace_back(line.substr(0, comma), comma == std::string::npos ? "" : line.substr(comma + 1));
+  }
+  return rows;
+}
+
+// A second field as a number, NANUM when it is empty.
+double value_of(const std::string& field) { return field.empty() ? NANUM : std::stod(field); }
+
+// A file of x,y pairs.
+void read_xy(const std::string& path, std::vector<double>& x, std::vector<double>& y) {
+  for (const auto& [a, b] : fields_of(path)) {
+    x.push_back(std::stod(a));
+    y.push_back(std::stod(b));
+  }
+}
+
 std::vector<Reading> load(const std::string& path) {
   std::vector<Reading> rows;
-  std::ifstream in(path);
-  std::string line;
-  while (std::getline(in, line)) {
-    if (line.empty() || line[0] == '#') continue;
-    std::istringstream fields(line);
-    std::string station, value;
-    std::getline(fields, station, ',');
-    std::getline(fields, value);
-    rows.push_back({station, value.empty() ? NANUM : std::stod(value)});
-  }
+  for (const auto& [station, value] : fields_of(path)) rows.push_back({station, value_of(value)});
   return rows;
 }
 
@@ -244,16 +259,7 @@ void fit_report(const char* title, const char* const* names, const FitParameter*
 // read from the residual mean square and the t value of the quadratic term.
 void calibration_fits(const std::string& path) {
   std::vector<double> x, y;
-  std::ifstream in(path);
-  for (std::string line; std::getline(in, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    std::istringstream fields(line);
-    std::string a, b;
-    std::getline(fields, a, ',');
-    std::getline(fields, b);
-    x.push_back(std::stod(a));
-    y.push_back(std::stod(b));
-  }
+  read_xy(path, x, y);
   if (x.size() < 4) return;
   const int n = static_cast<int>(x.size());
   std::printf("\nCalibration series %s: absorbance against concentration (mg/L), %d standards\n",
@@ -279,16 +285,12 @@ void calibration_fits(const std::string& path) {
 void fertiliser_anova(const std::string& path) {
   std::vector<std::string> names;
   std::vector<std::vector<double>> groups;
-  std::ifstream in(path);
-  for (std::string line; std::getline(in, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    const std::size_t comma = line.find(',');
-    const std::string name = line.substr(0, comma), value = line.substr(comma + 1);
+  for (const auto& [name, value] : fields_of(path)) {
     if (names.empty() || names.back() != name) {
       names.push_back(name);
       groups.emplace_back();
     }
-    groups.back().push_back(value.empty() ? NANUM : std::stod(value));
+    groups.back().push_back(value_of(value));
   }
   const int k = static_cast<int>(groups.size());
   if (k < 2) return;
@@ -357,13 +359,7 @@ void fertiliser_anova(const std::string& path) {
 // cleaned Savitzky-Golay slope passes through zero.
 void smoothing_demo(const std::string& path) {
   std::vector<double> x, y;
-  std::ifstream in(path);
-  for (std::string line; std::getline(in, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    const std::size_t comma = line.find(',');
-    x.push_back(std::stod(line.substr(0, comma)));
-    y.push_back(std::stod(line.substr(comma + 1)));
-  }
+  read_xy(path, x, y);
   const int n = static_cast<int>(x.size());
   if (n < 16) return;
   std::vector<double> mean(n), weighted(n), golay(n), median(n), fourier(n), slope(n);
@@ -395,15 +391,8 @@ void smoothing_demo(const std::string& path) {
 // high, the markers where each leaves and rejoins the baseline, and the area between them. The
 // picture goes to the build directory.
 void peak_analysis(const std::string& path) {
-  std::ifstream in(path);
   std::vector<double> x, y;
-  std::string line;
-  while (std::getline(in, line)) {
-    if (line.empty() || line[0] == '#') continue;
-    const std::size_t comma = line.find(',');
-    x.push_back(std::stod(line.substr(0, comma)));
-    y.push_back(std::stod(line.substr(comma + 1)));
-  }
+  read_xy(path, x, y);
   const int n = static_cast<int>(x.size());
   if (n < 50) return;
   std::printf("\nPeak analysis of a spectrum (%s, %d points from %.0f to %.0f):\n", path.c_str(),
