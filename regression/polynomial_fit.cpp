@@ -185,18 +185,18 @@ int fit_powers(const CompletePoints& p, int order, const LinearFitOptions& opt, 
     }
     // Columns at unit standard deviation, fitted, and carried back to the raw powers.
     normalised.resize(design.size());
-    std::vector<double> scale(m), c2(cells);
+    std::vector<double> scale(m);
     if ((rc = zomath_normalize_x(&opt, design.data(), n, order, normalised.data(), scale.data(),
                                  m)) != 0)
       return rc;
     std::vector<FitParameter> scaled(o.fitSize);
-    rc = regress(normalised.data(), scaled.data(), o, c2.data());
+    rc = regress(normalised.data(), scaled.data(), o, nullptr);
     if (rc < 0) return rc;
     if (rc > 0) return success;
     last = normalised.data();
     rssErrors = o.stats->RSS;
-    zomath_MR_results_corrected(&opt, o.stats, scaled.data(), m, c2.data(), m, m, scale.data(),
-                                held ? order : m, o.fit, o.cov);
+    zomath_MR_results_corrected(&opt, o.stats, scaled.data(), m, nullptr, 0, 0, scale.data(),
+                                held ? order : m, o.fit, nullptr);
     if (o.cov) std::copy(rawCov.begin(), rawCov.end(), o.cov);
   }
   if (held) {
