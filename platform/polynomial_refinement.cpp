@@ -10,6 +10,7 @@
 #include <new>
 #include <vector>
 
+#include "core/kernels.h"
 #include "platform/blas_lock.h"
 #include "platform/workspace.h"
 #include "zomath/core.h"
@@ -22,12 +23,8 @@ constexpr int kMaxIterations = 10;
 constexpr double kStallLimit = 1e-12;  // the largest last step taken as converged
 constexpr int kLanes = 4;              // independent accumulations of V' s
 
-// Error-free transformations: a + b = s + e and a b = p + e exactly.
-inline void two_sum(double a, double b, double& s, double& e) {
-  s = a + b;
-  const double bb = s - a;
-  e = (a - (s - bb)) + (b - bb);
-}
+// Error-free transformations: a + b = s + e (kernels' two-sum) and a b = p + e exactly.
+using kernels::CompensatedSum;
 inline void two_prod(double a, double b, double& p, double& e) {
   p = a * b;
   e = std::fma(a, b, -p);
@@ -40,20 +37,11 @@ inline void comp_horner(const double* c, int k, double x, double& hi, double& lo
   for (int j = k - 1; j >= 0; --j) {
     double pp, pe, se;
     two_prod(p, x, pp, pe);
-    two_sum(pp, c[j], p, se);
+    p = CompensatedSum::two_sum(pp, c[j], se);
     err = err * x + (pe + se);
   }
   hi = p;
   lo = err;
-}
-
-// Storage left uninitialised, for the arrays of a point each whose every element is written
-// before it is read.
-template <class T>
-std::unique_ptr<T[]> raw(std::size_t n) {
-  T* p = new (std::nothrow) T[n];
-  if (!p) throw ZOMATH_ERROR_NO_MEMORY;
-  return std::unique_ptr<T[]>(p);
 }
 
 // The Euclidean norm, scaled against overflow and underflow.
@@ -131,15 +119,15 @@ ZOMATH_FMA_CLONES void residual_pass(const Pass& q, const double* c, const doubl
     const double x = d.x[i], sk = s[k];
     double v, vLo, r1, e1;
     comp_horner(c, order, x, v, vLo);
-    two_sum(d.y[i], -v, r1, e1);
+    r1 = CompensatedSum::two_sum(d.y[i], -v, e1);
     e[k] = r1 + (e1 - vLo);
     double w = sk, wLo = 0;  // s / w to doubled precision
     if (d.w) {
       w = sk / d.w[i];
       wLo = std::fma(-w, d.w[i], sk) / d.w[i];
     }
-    double r2, e2;
-    two_sum(r1, -w, r2, e2);
+    double e2;
+    const double r2 = CompensatedSum::two_sum(r1, -w, e2);
     rhs[k] = q.sw[k] * (r2 + (e1 + e2 - vLo - wLo));
     double* hi = gHi + static_cast<std::size_t>(k % kLanes) * p;
     double* lo = gLo + static_cast<std::size_t>(k % kLanes) * p;
@@ -149,7 +137,7 @@ ZOMATH_FMA_CLONES void residual_pass(const Pass& q, const double* c, const doubl
         double t, te, sum, se;
         two_prod(pHi, sk, t, te);
         te = std::fma(pLo, sk, te);
-        two_sum(hi[j - q.j0], t, sum, se);
+        sum = CompensatedSum::two_sum(hi[j - q.j0], t, se);
         hi[j - q.j0] = sum;
         lo[j - q.j0] += se + te;
       }
@@ -168,7 +156,7 @@ int refine_polynomial(const PolynomialData& d, double* coef, RefinedFit& out, Na
   const int j0 = d.heldIntercept ? 1 : 0, p = d.order + 1 - j0, order = d.order;
   if (p < 1 || d.n < 1 || !d.x || !d.y || !coef)
     return fail.fail(kRefinementBadArgument, "bad size or array");
-  const std::unique_ptr<int[]> rows = raw<int>(d.n);
+  const std::unique_ptr<int[]> rows = raw_buffer<int>(d.n);
   int m = 0;
   for (int i = 0; i < d.n; ++i)
     if (!d.w || d.w[i] > 0) rows[m++] = i;
@@ -179,9 +167,9 @@ int refine_polynomial(const PolynomialData& d, double* coef, RefinedFit& out, Na
   Factor f;
   f.m = m;
   f.p = p;
-  f.a = raw<double>(static_cast<std::size_t>(m) * p);
+  f.a = raw_buffer<double>(static_cast<std::size_t>(m) * p);
   f.tau = buffer<double>(p);
-  const std::unique_ptr<double[]> sw = raw<double>(m);
+  const std::unique_ptr<double[]> sw = raw_buffer<double>(m);
   std::vector<double> scale(p);
   auto at = [&](int k, int j) -> double& { return f.a[static_cast<std::size_t>(j) * m + k]; };
   for (int k = 0; k < m; ++k) {
@@ -212,7 +200,7 @@ int refine_polynomial(const PolynomialData& d, double* coef, RefinedFit& out, Na
   // [I A; A' 0] [u; dx] = [W^1/2 f; D g]. The plain residuals y - V c of each pass are kept: the
   // last step moves c by a rounding, which changes the residual sum in the second order only.
   std::vector<double> c(coef, coef + order + 1), s = buffer<double>(m), h(p), dx(p);
-  const std::unique_ptr<double[]> rhs = raw<double>(m), e = raw<double>(m);
+  const std::unique_ptr<double[]> rhs = raw_buffer<double>(m), e = raw_buffer<double>(m);
   std::vector<double> gHi(static_cast<std::size_t>(kLanes) * p), gLo(gHi.size());
   const Pass pass{d, rows.get(), m, sw.get(), j0};
   // A lower bound of the condition number, with room, for the rate at which the steps shrink.
@@ -231,7 +219,7 @@ int refine_polynomial(const PolynomialData& d, double* coef, RefinedFit& out, Na
       double g = 0, gl = 0;
       for (int l = 0; l < kLanes; ++l) {
         double sum, se;
-        two_sum(g, gHi[static_cast<std::size_t>(l) * p + j], sum, se);
+        sum = CompensatedSum::two_sum(g, gHi[static_cast<std::size_t>(l) * p + j], se);
         g = sum;
         gl += se + gLo[static_cast<std::size_t>(l) * p + j];
       }
@@ -274,7 +262,7 @@ int refine_polynomial(const PolynomialData& d, double* coef, RefinedFit& out, Na
   // polynomial, so plain arithmetic serves), and those of the points of weight 0.
   std::vector<double> step(order + 1, 0.0);
   for (int j = 0; j < p; ++j) step[j + j0] = scale[j] * dx[j];
-  const std::unique_ptr<double[]> all = raw<double>(d.n);
+  const std::unique_ptr<double[]> all = raw_buffer<double>(d.n);
   double rss = 0, rssLo = 0;
   for (int k = 0, next = 0; k < d.n; ++k) {
     if (next < m && rows[next] == k) {
@@ -283,14 +271,14 @@ int refine_polynomial(const PolynomialData& d, double* coef, RefinedFit& out, Na
       const double r = e[next++] - moved, w = d.w ? d.w[k] : 1.0;
       double t, te, sum, se;
       two_prod(r, r, t, te);
-      two_sum(rss, w * t, sum, se);
+      sum = CompensatedSum::two_sum(rss, w * t, se);
       rss = sum;
       rssLo += se + w * te;
       all[k] = r;
     } else {
       double v, vLo, r, re;
       comp_horner(c.data(), order, d.x[k], v, vLo);
-      two_sum(d.y[k], -v, r, re);
+      r = CompensatedSum::two_sum(d.y[k], -v, re);
       all[k] = r + (re - vLo);
     }
   }

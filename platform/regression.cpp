@@ -19,23 +19,11 @@ namespace {
 
 constexpr double kEps = std::numeric_limits<double>::epsilon();
 
-// Storage left uninitialised, for the large arrays whose every element is written before it is
-// read (zeroing them would cost a pass over memory).
-std::unique_ptr<double[]> raw_buffer(std::size_t n) {
-  double* p = new (std::nothrow) double[n];
-  if (!p) throw ZOMATH_ERROR_NO_MEMORY;
-  return std::unique_ptr<double[]>(p);
-}
-
 // A LAPACK result: workspace failures throw; other failures become `code`.
 int lapack_status(lapack_int info, NagError& fail, int code, const char* text) {
   if (info == LAPACK_WORK_MEMORY_ERROR || info == LAPACK_TRANSPOSE_MEMORY_ERROR)
     throw ZOMATH_ERROR_NO_MEMORY;
   return info == 0 ? 0 : fail.fail(code, text, static_cast<int>(info));
-}
-
-std::size_t packed_index(int i, int j) {  // j <= i
-  return static_cast<std::size_t>(i) * (i + 1) / 2 + j;
 }
 
 // A small square matrix, column-major.
@@ -81,7 +69,7 @@ int factorise(const Problem& p, Factor& f, NagError& fail) {
   f.ip = ip;
   f.rows = std::max(p.nEff, ip);
   const std::size_t rows = static_cast<std::size_t>(f.rows);
-  f.a = raw_buffer(rows * ip);
+  f.a = raw_buffer<double>(rows * ip);
   for (int j = 0; j < ip; ++j)  // the padding rows
     std::fill(f.a.get() + j * rows + p.nEff, f.a.get() + (j + 1) * rows, 0.0);
   f.c = buffer<double>(rows);
@@ -311,7 +299,7 @@ int leverages(const Problem& p, Factor& f, const ScaledSvd& z, int rank, double*
   const double* q = f.a.get();
   std::unique_ptr<double[]> qu;
   if (rank < ip) {
-    qu = raw_buffer(rows * rank);
+    qu = raw_buffer<double>(rows * rank);
     std::fill(qu.get(), qu.get() + rows * rank, 0.0);
     for (int t = 0; t < rank; ++t)
       for (int j = 0; j < ip; ++j) {

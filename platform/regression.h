@@ -6,6 +6,8 @@
 // caller resets before the call). Workspace that cannot be had throws ZOMATH_ERROR_NO_MEMORY.
 #pragma once
 
+#include <cstddef>
+
 #include "platform/error_record.h"
 
 namespace zomath::platform {
@@ -45,6 +47,12 @@ constexpr int kDiagnosticsBadArgument = 451;
 
 // Whether the model carries an intercept (a column of ones in front of the columns of x).
 enum class Mean { Include, Zero };
+
+// The place of (i, j) of a symmetric matrix packed by rows of its lower triangle, either order.
+inline std::size_t packed_index(int i, int j) {
+  return i >= j ? static_cast<std::size_t>(i) * (i + 1) / 2 + j
+                : static_cast<std::size_t>(j) * (j + 1) / 2 + i;
+}
 
 // Outputs of multiple_regression, each optional (null: not computed). ip is the number of
 // parameters: the columns of x, plus one for the intercept, which comes first.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <new>
 #include <vector>
 
@@ -18,6 +19,15 @@ std::vector<T> buffer(std::size_t n) {
   } catch (const std::bad_alloc&) {
     throw ZOMATH_ERROR_NO_MEMORY;
   }
+}
+
+// n elements left uninitialised, for arrays whose every element is written before it is read
+// (zeroing them would cost a pass over memory); failure throws ZOMATH_ERROR_NO_MEMORY.
+template <class T>
+std::unique_ptr<T[]> raw_buffer(std::size_t n) {
+  std::unique_ptr<T[]> p(new (std::nothrow) T[n ? n : 1]);
+  if (!p) throw ZOMATH_ERROR_NO_MEMORY;
+  return p;
 }
 
 }  // namespace zomath::platform

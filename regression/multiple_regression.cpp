@@ -20,11 +20,6 @@ using namespace zomath::regression;
 // The relative tolerance handed to the solver's rank test (see platform/regression.h).
 constexpr double kRankTolerance = 1e-20;
 
-std::size_t packed_index(int i, int j) {
-  return i >= j ? static_cast<std::size_t>(i) * (i + 1) / 2 + j
-                : static_cast<std::size_t>(j) * (j + 1) / 2 + i;
-}
-
 int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double* pY,
                  const double* pWeights, unsigned nWeightSize, const LinearFitOptions* pOptions,
                  FitParameter* psFit, unsigned nFitSize, FitStats* pStats, FitAnovaTable* pAnova,
@@ -92,11 +87,11 @@ int fit_multiple(const double* pX, unsigned nSize, unsigned nVars, const double*
   const std::vector<double>& c = scaled ? cov : covUnscaled;
   if (!scaled)
     for (int j = 0; j < ip; ++j)
-      se[j] = noDof ? NANUM : std::sqrt(covUnscaled[packed_index(j, j)]);
+      se[j] = noDof ? NANUM : std::sqrt(covUnscaled[platform::packed_index(j, j)]);
   if (matrices) {
     NRMat<double> full(ip, ip), corr(ip, ip);
     for (int i = 0; i < ip; ++i)
-      for (int j = 0; j < ip; ++j) full[i][j] = noDof ? NANUM : c[packed_index(i, j)];
+      for (int j = 0; j < ip; ++j) full[i][j] = noDof ? NANUM : c[platform::packed_index(i, j)];
     correlation_from_covariance(full.Data(), corr.Data(), ip, ip);
     for (int i = 0; i < ip; ++i) {
       const std::size_t row = static_cast<std::size_t>(i) * nMatrixCols;
@@ -188,7 +183,6 @@ int zomath_MR_results_corrected(const LinearFitOptions* pOptions, const FitStats
   const bool shifted = pOptions->FixIntercept;
   auto scale = [&](unsigned i) -> double {
     const unsigned k = shifted ? i - 1 : i;
-    if (shifted && i == 0) return 1.0;
     return k < nScale ? pScale[k] : 1.0;
   };
   for (unsigned i = 1; i < nFit; ++i) {

@@ -12,6 +12,7 @@
 #include "core/kernels.h"
 #include "platform/hinges.h"
 #include "platform/utility.h"
+#include "platform/workspace.h"
 #include "zomath/stats.h"
 #include "zomath/vector.h"
 
@@ -29,13 +30,6 @@ double mean_of(double a, double b) {
 double between(double a, double b, long double g) {
   if (g == 0 || a == b) return a;
   return static_cast<double>((1 - g) * a + g * b);
-}
-
-template <class T>
-std::unique_ptr<T[]> block(std::size_t n) {
-  std::unique_ptr<T[]> p(new (std::nothrow) T[n ? n : 1]);
-  if (!p) throw ZOMATH_ERROR_NO_MEMORY;
-  return p;
 }
 
 // Where a percent falls among n >= 1 sorted values: k = 0 reads x(1), k >= n reads x(n), any
@@ -263,7 +257,7 @@ bool select_by_sampling(const double* x, const double* w, std::size_t n, RanksFo
     k.start = room;
     room += k.room;
   }
-  const std::unique_ptr<double[]> inside = block<double>(room);
+  const std::unique_ptr<double[]> inside = platform::raw_buffer<double>(room);
 
   // The pass. t counts the bounds at or below a value (lo inclusive, hi exclusive): odd inside
   // bracket t / 2, even in the gap below bracket t / 2. A degenerate bracket (lo = hi) stores
@@ -392,14 +386,14 @@ void SortedSample::sort_pairs(const double* x, std::size_t n, const double* w, s
   struct Pair {
     double x, w;
   };
-  const std::unique_ptr<Pair[]> pairs = block<Pair>(count);
+  const std::unique_ptr<Pair[]> pairs = platform::raw_buffer<Pair>(count);
   std::size_t k = 0;
   for (std::size_t i = 0; i < n; ++i)
     if (valid(x[i]) && w[i] != NANUM) pairs[k++] = {x[i], w[i] < 0 ? 0.0 : w[i]};
   std::sort(pairs.get(), pairs.get() + count, [](const Pair& a, const Pair& b) { return a.x < b.x; });
   values_.SetSize(static_cast<int>(count));
   size_ = count;
-  cumulative_ = block<long double>(count);
+  cumulative_ = platform::raw_buffer<long double>(count);
   long double sum = 0;
   for (std::size_t i = 0; i < count; ++i) {
     values_[static_cast<int>(i)] = pairs[i].x;
