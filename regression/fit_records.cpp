@@ -212,4 +212,11 @@ void correlation_from_covariance(const double* cov, double* corr, int k, std::si
     }
 }
 
+void shift_past_intercept(double* mat, int k, std::size_t stride) {
+  if (!mat) return;
+  for (int i = k - 1; i >= 0; --i)
+    for (int j = k - 1; j >= 0; --j)
+      mat[i * stride + j] = (i == 0 || j == 0) ? NANUM : mat[(i - 1) * stride + (j - 1)];
+}
+
 }  // namespace zomath::regression

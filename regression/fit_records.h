@@ -76,4 +76,10 @@ CompletePoints complete_points(const double* x, const double* y, const double* w
 // matrices with the given row stride; NANUM where a diagonal is negative, 0 or NANUM.
 void correlation_from_covariance(const double* cov, double* corr, int k, std::size_t stride);
 
+// Under a held intercept the multiple regression puts the columns' block at the top left of its
+// matrices; a fit that reports the intercept as parameter 0 moves the top left k - 1 by k - 1
+// block of row-major mat (row stride `stride`) one row and one column down, leaving row and
+// column 0 missing. A null mat is left alone.
+void shift_past_intercept(double* mat, int k, std::size_t stride);
+
 }  // namespace zomath::regression

@@ -52,14 +52,6 @@ Line held_slope(const CompletePoints& p, const FitSums& sums, double slope) {
   return l;
 }
 
-// Moves the slope's variance of a one-column regression under a held intercept (cell 0, 0)
-// to the slope's place (1, 1), the layout of the straight-line fit.
-void slope_cell_to_place(double* m, std::size_t cols) {
-  if (!m) return;
-  m[cols + 1] = m[0];
-  m[0] = NANUM;
-}
-
 int fit_line(const double* pX, const double* pY, int nSize, FitParameter* psFit,
              const double* pWeights, int nWeightSize, const LinearFitOptions* pOptions,
              FitStats* pStats, FitAnovaTable* pAnova, FitSums* pSums, double* pCovariance,
@@ -114,8 +106,8 @@ int fit_line(const double* pX, const double* pY, int nSize, FitParameter* psFit,
           p.x, p.n, 1, p.y, p.w, 0, &opt, psFit, 2, pStats, pAnova, pCovariance, pCorrelation,
           nMatrixRows, nMatrixCols, nullptr, nullptr);
       if (opt.FixIntercept) {
-        slope_cell_to_place(pCovariance, nMatrixCols);
-        slope_cell_to_place(pCorrelation, nMatrixCols);
+        shift_past_intercept(pCovariance, 2, nMatrixCols);
+        shift_past_intercept(pCorrelation, 2, nMatrixCols);
       }
       if (pSums) *pSums = sums;
       return code;

@@ -105,16 +105,6 @@ bool range_badly_scaled(const double* v, int n, bool farTest) {
   return badly_scaled(v[iMin], v[iMax], farTest);
 }
 
-// Under a held intercept the regression puts the columns' block at the top left; the fit's
-// matrices keep row and column 0 for the intercept (missing), as its parameters do.
-void shift_past_intercept(double* mat, int m) {
-  if (!mat) return;
-  for (int i = m - 1; i >= 0; --i)
-    for (int j = m - 1; j >= 0; --j)
-      mat[static_cast<std::size_t>(i) * m + j] =
-          (i == 0 || j == 0) ? NANUM : mat[static_cast<std::size_t>(i - 1) * m + (j - 1)];
-}
-
 struct Outputs {
   FitParameter* fit;
   int fitSize;
@@ -200,8 +190,8 @@ int fit_powers(const CompletePoints& p, int order, const LinearFitOptions& opt, 
     if (o.cov) std::copy(rawCov.begin(), rawCov.end(), o.cov);
   }
   if (held) {
-    shift_past_intercept(o.cov, m);
-    shift_past_intercept(o.corr, m);
+    shift_past_intercept(o.cov, m, m);
+    shift_past_intercept(o.corr, m, m);
   }
   if (rc < 0) return rc;
   if (rc > 0 || o.anova->ModelDF != order) return success;  // failed, or rank deficient
