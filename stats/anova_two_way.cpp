@@ -37,7 +37,8 @@ void clear(ANOVA2TableRow& r) {
   r.SSq = r.MeanSq = r.FValue = r.PValue = NANUM;
 }
 
-void summarise(const double* x, int n, ANOVA2TotalStats& out) {
+// The statistics of x[0..n) into out; returns the summary they come from.
+SampleStats summarise(const double* x, int n, ANOVA2TotalStats& out) {
   SampleStats s;
   sample_summary(x, n, s);
   out.N = n;
@@ -47,6 +48,7 @@ void summarise(const double* x, int n, ANOVA2TotalStats& out) {
   out.SD = s.sd;
   out.SEM = s.sem;
   out.VAR = s.sd == NANUM ? NANUM : s.sd * s.sd;
+  return s;
 }
 
 // Statistics of the groups of x that key[i] (0..groups-1) names, by one counting sort.
@@ -114,15 +116,13 @@ int two_way_table(int bInteraction, const int* a, int na, const int* b, int nb, 
     group_statistics(y, n, key, static_cast<std::size_t>(na) * nb, pCells);
   }
   ANOVA2TotalStats total;
-  summarise(y, n, total);
+  const SampleStats s = summarise(y, n, total);
   if (pTotal) *pTotal = total;
   const int nValid = total.NonMissing;
   if (!pTable || nValid == 0) return ZOMATH_OK;
 
   // The model sees the valid observations only, y about its mean (to twice a double's
   // precision, so that a large constant costs the residuals nothing).
-  SampleStats s;
-  sample_summary(y, n, s);
   const int ca = na - 1, cb = nb - 1;
   const long long columns = ca + cb + (bInteraction ? static_cast<long long>(ca) * cb : 0);
   if (columns > INT_MAX / 2) return ZOMATH_ERR_NO_MEMORY;
