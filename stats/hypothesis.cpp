@@ -46,7 +46,7 @@ double mean_minus(const SampleStats& s, double c) {
 }
 
 double student_probability(double t, double dof, int nTailType, bool bZeroIsUpper) {
-  if (nTailType < TAILED_TEST_TWO || nTailType > TAILED_TEST_LOWER) return NANUM;
+  if (!known_tail(nTailType)) return NANUM;
   platform::NagError err;
   // The two-sided probability is computed directly, never as a complement, so that its small
   // values keep their relative accuracy; the fold adds no error where the result is below 1/2.

@@ -3,9 +3,20 @@
 // The analysis of variance builds on both.
 #pragma once
 
+#include <cmath>
+
 #include "zomath/core.h"
+#include "zomath/stats.h"
 
 namespace zomath::stats {
+
+// A test's input value that is neither NANUM, nor NaN, nor infinite.
+inline bool usable(double v) { return v != NANUM && std::isfinite(v); }
+
+// A TailType that names one of the three tails.
+inline bool known_tail(int nTailType) {
+  return nTailType >= TAILED_TEST_TWO && nTailType <= TAILED_TEST_LOWER;
+}
 
 // Count, mean, SD and standard error of the valid points of a sample (denominator n - 1), and
 // what the rounding of the mean left out: mean + meanLow is the mean to about twice a double's

@@ -8,10 +8,10 @@
 #include <type_traits>
 #include <vector>
 
-#include "platform/distributions/student_t.h"
 #include "platform/distributions/studentized_range.h"
 #include "platform/multiple_comparisons.h"
 #include "stats/anova.h"
+#include "stats/hypothesis.h"
 
 namespace zomath::stats {
 namespace {
@@ -20,14 +20,6 @@ template <class T>
 void fill(T* p, int n, T v) {
   if (p)
     for (int i = 0; i < n; ++i) p[i] = v;
-}
-
-bool usable(double v) { return v != NANUM && std::isfinite(v); }
-
-double two_sided_t(double t, int dof) {
-  platform::NagError err;
-  const double p = platform::student_t_probability(t, dof, platform::Tail::TwoSided, err);
-  return err.code ? NANUM : p;
 }
 
 // The probability of pair statistic t = d / s under `method` for k groups, m pairs.
@@ -50,7 +42,7 @@ void pair_test(int method, double t, int dof, int k, double m, double& stat, dou
       break;
     default: {
       stat = t;
-      const double p = two_sided_t(t, dof);
+      const double p = student_probability(t, dof, TAILED_TEST_TWO);
       if (p == NANUM || method == COMPARE_FISHER_LSD || method >= COMPARE_HOLM_BONFERRONI)
         prob = p;
       else if (method == COMPARE_BONFERRONI)

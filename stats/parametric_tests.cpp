@@ -47,8 +47,6 @@ void clear(tTestMean2SampleResults& r, int count) {
   r.DiffMean = r.DiffSEM = r.DOF = r.tValue = r.Prob = NANUM;
 }
 
-bool usable_test_value(double v) { return v != NANUM && std::isfinite(v); }
-
 // The platform's tail for TailType; any other value than upper or lower reads as two-sided.
 platform::Tail tail_of(int nTailType) {
   return nTailType == TAILED_TEST_UPPER   ? platform::Tail::Upper
@@ -99,8 +97,7 @@ int zomath_one_sample_t_test(const double* pData, int nSize, const HypotTestOpti
   r.N = r.DOF = 0;
   r.Mean = r.SD = r.SEM = r.tValue = r.Prob = NANUM;
   if (!pOptions) return ZOMATH_ERR_EMPTY_DATA;
-  if (pOptions->TailType < TAILED_TEST_TWO || pOptions->TailType > TAILED_TEST_LOWER ||
-      !usable_test_value(pOptions->dTestValue))
+  if (!known_tail(pOptions->TailType) || !usable(pOptions->dTestValue))
     return ZOMATH_ERR_OPTION;
   if (nSize < 1) return ZOMATH_ERR_NULL_DATA;
   if (!pData) return ZOMATH_ERR_EMPTY_DATA;
@@ -137,7 +134,7 @@ int zomath_t_test_one_sample(int nSize, double dMean, double dSD, double* pProb,
   if (!pProb) return ZOMATH_ERR_NULL_POINTER;
   *pProb = NANUM;
   if (pT) *pT = NANUM;
-  if (TailType < TAILED_TEST_TWO || TailType > TAILED_TEST_LOWER)
+  if (!known_tail(TailType))
     return ZOMATH_TEST_ERR_SUMMARY_TAIL;
   if (nSize < 1) return ZOMATH_ERR_TOO_FEW_ITEMS;
   if (pDOF) *pDOF = nSize - 1;
@@ -167,8 +164,7 @@ int zomath_two_sample_t_test(const double* pData1, int nSize1, const double* pDa
   if (const int code = sample_summary(pData2, nSize2, b)) return code;
   put_samples(r, a, b);
   const int tail = pOptions->TailType;
-  if (tail < TAILED_TEST_TWO || tail > TAILED_TEST_LOWER ||
-      !usable_test_value(pOptions->dTestValue))
+  if (!known_tail(tail) || !usable(pOptions->dTestValue))
     return ZOMATH_ERR_OPTION;
   r.DOF = double(a.n) + double(b.n) - 2;
   const platform::Tail platformTail = tail_of(tail);
@@ -241,8 +237,7 @@ int zomath_two_sample_t_test_pair(const double* pData1, int nSize1, const double
   if (!(diff.sd > 0)) return ZOMATH_OK;
   const double t = mean_minus(diff, pOptions->dTestValue) * std::sqrt(double(n)) / diff.sd;
   const int tail = pOptions->TailType;
-  if (tail < TAILED_TEST_TWO || tail > TAILED_TEST_LOWER ||
-      !usable_test_value(pOptions->dTestValue)) {
+  if (!known_tail(tail) || !usable(pOptions->dTestValue)) {
     clear(r, 0);
     return ZOMATH_ERR_OPTION;
   }
@@ -261,7 +256,7 @@ int zomath_chi_square_test(int nSize, const double* pData, const HypotTestOption
   if (!pOptions) return ZOMATH_ERR_EMPTY_DATA;
   const double sigma2 = pOptions->dTestValue;
   const int tail = pOptions->TailType;
-  if (!(sigma2 > 0 && sigma2 < INFINITY) || tail < TAILED_TEST_TWO || tail > TAILED_TEST_LOWER)
+  if (!(sigma2 > 0 && sigma2 < INFINITY) || !known_tail(tail))
     return ZOMATH_ERR_OPTION;
   SampleStats s;
   if (const int code = sample_summary(pData, nSize, s)) return code;
@@ -291,7 +286,7 @@ int zomath_two_sample_chi_square_test(const HypotTestOptions* pOptions,
   const double sigma2 = pOptions->dTestValue;
   const int tail = pOptions->TailType;
   const double dof = pSummary->DOF;
-  if (!(sigma2 > 0 && sigma2 < INFINITY) || tail < TAILED_TEST_TWO || tail > TAILED_TEST_LOWER ||
+  if (!(sigma2 > 0 && sigma2 < INFINITY) || !known_tail(tail) ||
       !(std::fabs(dof) < 2147483648.0))
     return ZOMATH_TEST_ERR_CHI2_OPTIONS;
   r.DOF = static_cast<int>(dof);
@@ -322,7 +317,7 @@ int zomath_f_test(int nSize1, const double* pData1, int nSize2, const double* pD
   r.F = r.Prob = NANUM;
   if (!pOptions) return ZOMATH_ERR_EMPTY_DATA;
   const int tail = pOptions->TailType;
-  if (tail < TAILED_TEST_TWO || tail > TAILED_TEST_LOWER) return ZOMATH_ERR_OPTION;
+  if (!known_tail(tail)) return ZOMATH_ERR_OPTION;
   SampleStats a, b;
   const int code1 = sample_summary(pData1, nSize1, a), code2 = sample_summary(pData2, nSize2, b);
   if (code1 != 0 || code2 != 0) return code1 + code2;
