@@ -149,12 +149,12 @@ int zomath_row_quantiles(int nRows, int nCols, const double* pMatrix, double* pM
   NRVec<double> sorted;
   for (int r = 0; r < nRows; ++r) {
     const double* x = pMatrix + static_cast<std::size_t>(r) * nCols;
-    const std::size_t valid = count_valid(x, nCols);
     double five[5] = {NANUM, NANUM, NANUM, NANUM, NANUM};
     try {
+      kernels::sorted_values(x, nCols, sorted);
+      const std::size_t valid = static_cast<std::size_t>(sorted.size());
       if (valid >= 5) {
         // Five or more values: Tukey's five numbers, whatever the definition.
-        kernels::sorted_values(x, nCols, sorted);
         five_numbers(sorted.Data(), valid, five);
       } else if (valid > 0) {
         QuantileResults q;
