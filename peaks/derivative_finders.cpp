@@ -256,11 +256,13 @@ int second_derivative(const Curve& c, int method, int nWindow, int nPolyOrder, d
   }
 }
 
-// The frame of the derivative finders: checks, the searched curve and the peak list, which
-// derive(curve, list) fills; then the peaks are mapped back.
+// The frame of the derivative finders: checks and the searched curve; derive(curve, D, mode)
+// fills D, the derivative searched, and the detector's mode for it. D goes back to pDeriv (in
+// the caller's order; null: not wanted), the peaks of each polarity that nFlags asks for are
+// detected on it, and mapped back.
 template <class Derive>
 int derivative_finder(int* pnSize, const double* pX, const double* pY, double* pPeakX,
-                      double* pPeakY, int* pPeakIdx, Derive derive) {
+                      double* pPeakY, int* pPeakIdx, int nFlags, double* pDeriv, Derive derive) {
   if (!pnSize || !pX || !pY || !pPeakX || !pPeakY) return ZOMATH_ERR_NULL_POINTER;
   const int n = *pnSize;
   if (n < 1) return ZOMATH_ERR_BAD_ARGUMENT;
@@ -268,8 +270,14 @@ int derivative_finder(int* pnSize, const double* pX, const double* pY, double* p
     Curve c;
     prepare(c, pX, pY, n);
     Output o(pPeakX, pPeakY, pPeakIdx, n);
-    const int rc = derive(c, o.list);
-    if (rc != 0) return rc;
+    NRVec<double> D(n);
+    int mode = kCurvature;
+    if (const int rc = derive(c, D.Data(), mode)) return rc;
+    give_back(c, D.Data(), pDeriv);
+    const bool ok = for_each_polarity(nFlags, [&](bool negative) {
+      return detect(c.x, c.y, D.Data(), c.n, c.rising, negative, nFlags, mode, &kMissing, o.list);
+    });
+    if (!ok) return ZOMATH_PEAK_ERR_DETECTOR;
     map_back(c, o.list);
     *pnSize = o.list.count;
     return ZOMATH_OK;
@@ -293,17 +301,14 @@ int zomath_find_peaks_1st_derivative(int* pnSize, const double* pX, const double
       (nWindow < 4 || nPolyOrder < 1 || nWindow <= nPolyOrder))
     return ZOMATH_PEAK_ERR_SMOOTHING;
   if (!bSmooth) return slope_finder(pnSize, pX, pY, pPeakX, pPeakY, pPeakIdx, nFlags);
-  return derivative_finder(pnSize, pX, pY, pPeakX, pPeakY, pPeakIdx,
-                           [&](const Curve& c, PeakList& out) -> int {
-    // The Savitzky-Golay slope, its sign changes passed through exact zeros.
-    NRVec<double> D(c.n);
-    if (zomath_savitsky_golay_derivative(c.x, c.y, D.Data(), static_cast<unsigned int>(c.n),
+  // The Savitzky-Golay slope, its sign changes passed through exact zeros.
+  return derivative_finder(pnSize, pX, pY, pPeakX, pPeakY, pPeakIdx, nFlags, nullptr,
+                           [&](const Curve& c, double* D, int& mode) -> int {
+    mode = kSmoothSlope;
+    if (zomath_savitsky_golay_derivative(c.x, c.y, D, static_cast<unsigned int>(c.n),
                                          (nWindow - 1) / 2, -1, nPolyOrder, 1, true) != 0)
       return ZOMATH_PEAK_ERR_SMOOTHING;
-    const bool ok = for_each_polarity(nFlags, [&](bool negative) {
-      return detect(c.x, c.y, D.Data(), c.n, c.rising, negative, nFlags, kSmoothSlope, &kMissing, out);
-    });
-    return ok ? 0 : ZOMATH_PEAK_ERR_DETECTOR;
+    return ZOMATH_OK;
   });
 }
 
@@ -317,39 +322,25 @@ int zomath_find_peaks_2nd_derivative(int* pnSize, const double* pX, const double
       ((nMethod == ZOMATH_PEAK_2ND_AVERAGED && nWindow == 0) ||
        (golay && (nWindow < 4 || nPolyOrder < 1 || nWindow <= nPolyOrder))))
     return ZOMATH_PEAK_ERR_SMOOTHING;
-  return derivative_finder(pnSize, pX, pY, pPeakX, pPeakY, pPeakIdx,
-                           [&](const Curve& c, PeakList& out) -> int {
-    NRVec<double> D(c.n);
-    int mode = kCurvature;
-    const int rc = second_derivative(c, nMethod, nWindow, nPolyOrder, D.Data(), mode);
-    if (rc != 0) return rc;
-    give_back(c, D.Data(), pSecondDeriv);
-    const bool ok = for_each_polarity(nFlags, [&](bool negative) {
-      return detect(c.x, c.y, D.Data(), c.n, c.rising, negative, nFlags, mode, &kMissing, out);
-    });
-    return ok ? 0 : ZOMATH_PEAK_ERR_DETECTOR;
+  return derivative_finder(pnSize, pX, pY, pPeakX, pPeakY, pPeakIdx, nFlags, pSecondDeriv,
+                           [&](const Curve& c, double* D, int& mode) {
+    return second_derivative(c, nMethod, nWindow, nPolyOrder, D, mode);
   });
 }
 
 int zomsp_find_peaks_2nd_derivative(int* pnSize, const double* pX, const double* pY,
                                     double* pPeakX, double* pPeakY, int* pPeakIdx, int nFlags,
                                     double dCutoff, double* pSecondDeriv) {
-  return derivative_finder(pnSize, pX, pY, pPeakX, pPeakY, pPeakIdx,
-                           [&](const Curve& c, PeakList& out) -> int {
+  return derivative_finder(pnSize, pX, pY, pPeakX, pPeakY, pPeakIdx, nFlags, pSecondDeriv,
+                           [&](const Curve& c, double* D, int& mode) -> int {
     const unsigned int n = static_cast<unsigned int>(c.n);
-    NRVec<double> D(c.n), d1(c.n);
+    NRVec<double> d1(c.n);
+    mode = kCurvature;
     // Each difference is low-pass filtered before the next one is taken.
     if (zomath_derivative(c.x, c.y, d1.Data(), n, ZOMATH_DERIV_MEAN) != 0) return ZOMATH_PEAK_ERR_SLOPES;
-    int rc = zomsp_fft_filter_smoothing(n, d1.Data(), d1.Data(), dCutoff);
-    if (rc != 0) return rc;
-    if (zomath_derivative(c.x, d1.Data(), D.Data(), n, ZOMATH_DERIV_MEAN) != 0) return ZOMATH_PEAK_ERR_SLOPES;
-    rc = zomsp_fft_filter_smoothing(n, D.Data(), D.Data(), dCutoff);
-    if (rc != 0) return rc;
-    give_back(c, D.Data(), pSecondDeriv);
-    const bool ok = for_each_polarity(nFlags, [&](bool negative) {
-      return detect(c.x, c.y, D.Data(), c.n, c.rising, negative, nFlags, kCurvature, &kMissing, out);
-    });
-    return ok ? 0 : ZOMATH_PEAK_ERR_DETECTOR;
+    if (const int rc = zomsp_fft_filter_smoothing(n, d1.Data(), d1.Data(), dCutoff)) return rc;
+    if (zomath_derivative(c.x, d1.Data(), D, n, ZOMATH_DERIV_MEAN) != 0) return ZOMATH_PEAK_ERR_SLOPES;
+    return zomsp_fft_filter_smoothing(n, D, D, dCutoff);
   });
 }
 
