@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "core/nrvec/nrvec.h"
-#include "curves/curve_reader.h"
+#include "peaks/peaks_internal.h"
 #include "zomath/baseline.h"
 #include "zomath/curves.h"
 #include "zomath/peaks.h"
@@ -14,20 +14,7 @@
 namespace zomath::baseline {
 namespace {
 
-inline bool absent(double v) { return v == NANUM || v != v; }
-
-// The curve in ascending order of x when x is neither rising nor falling, else as given.
-struct Working {
-  const double* x;
-  const double* y;
-  curves::SortedSource sorted;
-  Working(const double* pX, const double* pY, unsigned int n) : x(pX), y(pY) {
-    if (zomath_is_monotonic(pX, n, false) != 0) return;
-    if (!curves::copy_sorted(pX, pY, nullptr, n, sorted)) throw ZOMATH_ERROR_NO_MEMORY;
-    x = sorted.x.Data();
-    y = sorted.y.Data();
-  }
-};
+using peaks::absent;
 
 // The averaging half width at which the noise left after Savitzky-Golay smoothing stops
 // changing: 3 points when half widths 5 and 10 leave the same noise within 15%, else the first
@@ -54,11 +41,12 @@ int width_from_noise(const double* pY, int n) {
   return 30;
 }
 
-// Steps 3 to 8 of the small-curvature selection on the working curve: averaging over nHalf,
-// the curvature test (bEnds: the end points tested on their own D, else never kept), the
-// parabola and the residual cut. Returns the count kept or a code.
-int small_curvature(const Working& c, int n, double* pXOut, double* pYOut, double dCurvature,
+// The small-curvature selection on the working curve: averaging over nHalf, the curvature test
+// (bEnds: the end points tested on their own D, else never kept), the parabola and the residual
+// cut. Returns the count kept or a code.
+int small_curvature(const peaks::Curve& c, double* pXOut, double* pYOut, double dCurvature,
                     double dResidual, int nHalf, bool bEnds, bool bAnyFitCode) {
+  const int n = c.n;
   NRVec<double> D(n), d1(n);
   const int rc = zomath_adjave_smooth(c.y, D.Data(), static_cast<unsigned int>(n), nHalf,
                                       ZOMATH_BOUNDARY_NONE, false);
@@ -129,9 +117,9 @@ int zomath_find_baseline_part_by_small_curvature(unsigned int nSize, const doubl
   if (!pX || !pY || !pXOut || !pYOut) return ZOMATH_ERR_NULL_POINTER;
   if (nSize < 3 || nSize > static_cast<unsigned int>(INT_MAX)) return ZOMATH_ERR_BAD_ARGUMENT;
   try {
-    const Working c(pX, pY, nSize);
-    return small_curvature(c, static_cast<int>(nSize), pXOut, pYOut, dCurvature, dResidual,
-                           nHalf, true, false);
+    peaks::Curve c;
+    peaks::prepare(c, pX, pY, static_cast<int>(nSize));
+    return small_curvature(c, pXOut, pYOut, dCurvature, dResidual, nHalf, true, false);
   } catch (...) {
     return ZOMATH_ERR_NO_MEMORY;
   }
@@ -144,10 +132,11 @@ int zomath_find_baseline_part_by_small_curvature2(unsigned int nSize, const doub
   if (!pX || !pY || !pXOut || !pYOut) return ZOMATH_ERR_NULL_POINTER;
   if (nSize < 3 || nSize > static_cast<unsigned int>(INT_MAX)) return ZOMATH_ERR_BAD_ARGUMENT;
   try {
-    const Working c(pX, pY, nSize);
     const int n = static_cast<int>(nSize);
+    peaks::Curve c;
+    peaks::prepare(c, pX, pY, n);
     const int w = width_from_noise(c.y, n);
-    return small_curvature(c, n, pXOut, pYOut, dCurvature, dResidual, (w - 1) / 2, false, true);
+    return small_curvature(c, pXOut, pYOut, dCurvature, dResidual, (w - 1) / 2, false, true);
   } catch (...) {
     return ZOMATH_ERR_NO_MEMORY;
   }
