@@ -104,16 +104,11 @@ int one_way_engine(const double* pData, int nSize, int nGroups, const int* pGrou
   dd::Double2 total;
   double within = 0;
   int n = 0, k = 0;
-  bool finite = true, constant = true;
-  double first = NANUM;
+  bool finite = true;
+  const bool constant = all_equal(pData, static_cast<int>(used));  // the groups lie end to end
   const double* group = pData;
   for (int g = 0; g < nGroups; group += pGroupSizes[g], ++g) {
     const int len = pGroupSizes[g];
-    for (int i = 0; i < len && constant; ++i) {
-      if (group[i] == NANUM) continue;
-      if (first == NANUM) first = group[i];
-      constant = group[i] == first;
-    }
     SampleStats s;
     sample_summary(group, len, s);
     if (transformed && s.n > 0) {

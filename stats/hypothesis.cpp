@@ -45,6 +45,16 @@ double mean_minus(const SampleStats& s, double c) {
   return d.hi + d.lo;
 }
 
+bool all_equal(const double* p, int n) {
+  double first = NANUM;
+  for (int i = 0; i < n; ++i) {
+    if (p[i] == NANUM) continue;
+    if (first == NANUM) first = p[i];
+    if (p[i] != first) return false;
+  }
+  return true;
+}
+
 double student_probability(double t, double dof, int nTailType, bool bZeroIsUpper) {
   if (!known_tail(nTailType)) return NANUM;
   platform::NagError err;

@@ -18,6 +18,10 @@ inline bool known_tail(int nTailType) {
   return nTailType >= TAILED_TEST_TWO && nTailType <= TAILED_TEST_LOWER;
 }
 
+// Whether the values of p[0..n) that aren't NANUM are all equal (a NaN equals nothing), so that
+// a sample has no spread to test whatever rounding its SD shows.
+bool all_equal(const double* p, int n);
+
 // Count, mean, SD and standard error of the valid points of a sample (denominator n - 1), and
 // what the rounding of the mean left out: mean + meanLow is the mean to about twice a double's
 // precision, for a difference of means that cancels.

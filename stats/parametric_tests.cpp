@@ -111,13 +111,7 @@ int zomath_one_sample_t_test(const double* pData, int nSize, const HypotTestOpti
   r.DOF = s.n - 1;
   // No test without spread: one point, or every value the same (its SD may be a rounding
   // residue rather than 0). The positive return is the count of valid values.
-  bool constant = true;
-  double first = NANUM;
-  for (int i = 0; i < nSize && constant; ++i) {
-    if (pData[i] == NANUM) continue;
-    if (first == NANUM) first = pData[i];
-    constant = pData[i] == first;
-  }
+  const bool constant = all_equal(pData, nSize);
   const double t =
       constant ? NANUM : mean_minus(s, pOptions->dTestValue) * std::sqrt(double(s.n)) / s.sd;
   if (constant || std::isnan(t)) {
