@@ -63,6 +63,22 @@ inline void rotate(const Rotation& g, double& row, double& tri) {
   row = g.c * a - g.s * b;
 }
 
+// Folds a row into an upper triangular band of width w (row i of tri holding columns
+// i..i+w-1, right side z) by plane rotations: the row's entries h[0..w) stand in columns
+// lead..lead+w-1 (those from column nk on are left out), its right side is y. Returns what the
+// rotations leave of y; h is used up.
+double fold_row(double* h, double y, int lead, int w, int nk, double* tri, double* z) {
+  for (int a = 0; a < w && lead + a < nk; ++a) {
+    if (h[a] == 0.0) continue;
+    const int col = lead + a;
+    double* r = &tri[static_cast<std::size_t>(col) * w];
+    const Rotation g = make_rotation(h[a], r[0]);
+    rotate(g, y, z[col]);
+    for (int b = a + 1; b < w; ++b) rotate(g, h[b], r[b - a]);
+  }
+  return y;
+}
+
 // Solves the upper triangular band system (width w, row i holding columns i..i+w-1) for c. A
 // zero diagonal, a coefficient that nothing determines, gives 0.
 void back_substitute(const std::vector<double>& a, int w, const std::vector<double>& z, int n,
@@ -118,6 +134,7 @@ private:
   void interpolation_knots();
   double least_squares();
   bool determined() const;
+  double squared_residual(int i) const;
   double residual_sum() const;
   void interval_shares();
   bool add_knot();
@@ -170,15 +187,7 @@ double SmoothingFit::least_squares() {
     bspline_values(t_.data(), l, xi, b);
     double row[K1];
     for (int j = 0; j < K1; ++j) row[j] = b[j] * wi;
-    double yi = y_[i] * wi;
-    for (int a = 0; a < K1; ++a) {
-      if (row[a] == 0.0) continue;
-      const int col = l - K + a;
-      double* r = &tri_[static_cast<std::size_t>(col) * K1];
-      const Rotation g = make_rotation(row[a], r[0]);
-      rotate(g, yi, z_[col]);
-      for (int b2 = a + 1; b2 < K1; ++b2) rotate(g, row[b2], r[b2 - a]);
-    }
+    const double yi = fold_row(row, y_[i] * wi, l - K, K1, nk, tri_.data(), z_.data());
     fp += yi * yi;
   }
   back_substitute(tri_, K1, z_, nk, c_);
@@ -200,16 +209,19 @@ bool SmoothingFit::determined() const {
   return j == nk;
 }
 
+// The weighted squared residual of point i, from its B-spline values and the coefficients.
+double SmoothingFit::squared_residual(int i) const {
+  const double* b = &q_[static_cast<std::size_t>(i) * K1];
+  const double* c = &c_[interval_[i] - K];
+  double v = 0.0;
+  for (int j = 0; j < K1; ++j) v += c[j] * b[j];
+  const double r = w_[i] * (v - y_[i]);
+  return r * r;
+}
+
 double SmoothingFit::residual_sum() const {
   double fp = 0.0;
-  for (int i = 0; i < m_; ++i) {
-    const double* b = &q_[static_cast<std::size_t>(i) * K1];
-    const double* c = &c_[interval_[i] - K];
-    double v = 0.0;
-    for (int j = 0; j < K1; ++j) v += c[j] * b[j];
-    const double r = w_[i] * (v - y_[i]);
-    fp += r * r;
-  }
+  for (int i = 0; i < m_; ++i) fp += squared_residual(i);
   return fp;
 }
 
@@ -226,12 +238,7 @@ void SmoothingFit::interval_shares() {
       passed = true;
       ++next;
     }
-    const double* b = &q_[static_cast<std::size_t>(i) * K1];
-    const double* c = &c_[interval_[i] - K];
-    double v = 0.0;
-    for (int j = 0; j < K1; ++j) v += c[j] * b[j];
-    const double r = w_[i] * (v - y_[i]);
-    const double term = r * r;
+    const double term = squared_residual(i);
     part += term;
     if (passed) {
       const double half = term * 0.5;
@@ -332,14 +339,7 @@ void SmoothingFit::solve_penalised(const std::vector<double>& jumps, double pinv
   std::fill(band_.begin(), band_.end(), 0.0);
   std::fill(rhs_.begin(), rhs_.end(), 0.0);
   auto fold = [&](int lead, double* h, double y) {
-    for (int a = 0; a < K2 && lead + a < nk; ++a) {
-      if (h[a] == 0.0) continue;
-      const int col = lead + a;
-      double* r = &band_[static_cast<std::size_t>(col) * K2];
-      const Rotation g = make_rotation(h[a], r[0]);
-      rotate(g, y, rhs_[col]);
-      for (int b = a + 1; b < K2; ++b) rotate(g, h[b], r[b - a]);
-    }
+    fold_row(h, y, lead, K2, nk, band_.data(), rhs_.data());
   };
   for (int j = 0; j < nk; ++j) {
     double h[K2] = {};
