@@ -1,7 +1,5 @@
 #include "platform/polynomial_refinement.h"
 
-#include <lapacke.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -11,7 +9,7 @@
 #include <vector>
 
 #include "core/kernels.h"
-#include "platform/blas_lock.h"
+#include "platform/householder_qr.h"
 #include "platform/workspace.h"
 #include "zomath/core.h"
 
@@ -52,40 +50,6 @@ double norm2(const double* v, int n) {
   const double inv = 1 / big;
   for (int i = 0; i < n; ++i) ss += (v[i] * inv) * (v[i] * inv);
   return big * std::sqrt(ss);
-}
-
-// The column-scaled weighted design of the positive-weight points, its Householder QR (LAPACK's
-// dgeqrf) and the products with Q and Q' (dormqr).
-struct Factor {
-  int m = 0, p = 0;
-  std::unique_ptr<double[]> a;
-  std::vector<double> tau, work;
-  int apply(char trans, double* v) {
-    return blas([&] {
-      return LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', trans, m, 1, p, a.get(), m, tau.data(), v,
-                                 m, work.data(), static_cast<lapack_int>(work.size()));
-    });
-  }
-};
-
-int factorise(Factor& f) {
-  double q1 = 0, q2 = 0;
-  lapack_int info = blas([&] {
-    return LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.m, f.p, f.a.get(), f.m, f.tau.data(), &q1, -1);
-  });
-  if (!info)
-    info = blas([&] {
-      return LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.m, 1, f.p, f.a.get(), f.m,
-                                 f.tau.data(), f.a.get(), f.m, &q2, -1);
-    });
-  if (info == LAPACK_WORK_MEMORY_ERROR) throw ZOMATH_ERROR_NO_MEMORY;
-  if (info) return static_cast<int>(info);
-  f.work = buffer<double>(static_cast<std::size_t>(std::max({q1, q2, 1.0 * f.p, 1.0})));
-  info = blas([&] {
-    return LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.m, f.p, f.a.get(), f.m, f.tau.data(),
-                               f.work.data(), static_cast<lapack_int>(f.work.size()));
-  });
-  return static_cast<int>(info);
 }
 
 // The data of the residual passes: the positive-weight rows, their root weights, and the first
@@ -164,11 +128,11 @@ int refine_polynomial(const PolynomialData& d, double* coef, RefinedFit& out, Na
 
   // A = W^1/2 V D, D scaling each column to unit norm (which leaves the QR's accuracy to the
   // columns' independence, not their sizes).
-  Factor f;
+  // The column-scaled weighted design of the positive-weight points, and its QR.
+  HouseholderQr f;
   f.m = m;
   f.p = p;
   f.a = raw_buffer<double>(static_cast<std::size_t>(m) * p);
-  f.tau = buffer<double>(p);
   const std::unique_ptr<double[]> sw = raw_buffer<double>(m);
   std::vector<double> scale(p);
   auto at = [&](int k, int j) -> double& { return f.a[static_cast<std::size_t>(j) * m + k]; };
@@ -190,7 +154,7 @@ int refine_polynomial(const PolynomialData& d, double* coef, RefinedFit& out, Na
     if (!(scale[j] > 0) || !std::isfinite(scale[j])) return fail.fail(kRefinementSingular, "column", j);
     for (int k = 0; k < m; ++k) col[k] *= scale[j];
   }
-  if (factorise(f) != 0) return fail.fail(kRefinementSingular, "QR factorisation refused");
+  if (f.factorise() != 0) return fail.fail(kRefinementSingular, "QR factorisation refused");
   for (int j = 0; j < p; ++j)  // singular to working precision: nothing to refine with
     if (!(std::fabs(at(j, j)) > p * kEps)) return fail.fail(kRefinementSingular, "rank", j);
 

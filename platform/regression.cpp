@@ -11,6 +11,7 @@
 #include <lapacke.h>
 
 #include "platform/blas_lock.h"
+#include "platform/householder_qr.h"
 #include "platform/workspace.h"
 #include "zomath/core.h"
 
@@ -55,25 +56,21 @@ struct Problem {
 
 // Q R of the weighted, centred design: positive-weight rows only, column-major, padded with
 // zero rows to at least ip rows so that R is square; c = Q' sqrt(w) (y - ybar).
-struct Factor {
-  int rows = 0, ip = 0;
-  std::unique_ptr<double[]> a;  // R above the diagonal, reflectors below
-  std::vector<double> tau;  // reflector factors
+struct Factor : HouseholderQr {  // m rows, p = ip columns
   std::vector<double> c;
-  std::vector<int> obs;     // row of a -> observation
-  double r(int i, int j) const { return a[static_cast<std::size_t>(j) * rows + i]; }
+  std::vector<int> obs;  // row of a -> observation
+  double r(int i, int j) const { return a[static_cast<std::size_t>(j) * m + i]; }
 };
 
 int factorise(const Problem& p, Factor& f, NagError& fail) {
   const int ip = p.ip;
-  f.ip = ip;
-  f.rows = std::max(p.nEff, ip);
-  const std::size_t rows = static_cast<std::size_t>(f.rows);
+  f.p = ip;
+  f.m = std::max(p.nEff, ip);
+  const std::size_t rows = static_cast<std::size_t>(f.m);
   f.a = raw_buffer<double>(rows * ip);
   for (int j = 0; j < ip; ++j)  // the padding rows
     std::fill(f.a.get() + j * rows + p.nEff, f.a.get() + (j + 1) * rows, 0.0);
   f.c = buffer<double>(rows);
-  f.tau = buffer<double>(static_cast<std::size_t>(ip));
   f.obs = buffer<int>(static_cast<std::size_t>(p.nEff));
   for (int i = 0, k = 0; i < p.n; ++i) {
     if (!(p.weight(i) > 0)) continue;
@@ -83,36 +80,11 @@ int factorise(const Problem& p, Factor& f, NagError& fail) {
     f.c[k] = sw * (p.y[i] - p.ybar);
     f.obs[k++] = i;
   }
-  double q1 = 0, q2 = 0;
-  int rc = lapack_status(blas([&] {
-                           return LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.rows, ip, f.a.get(),
-                                                      f.rows, f.tau.data(), &q1, -1);
-                         }),
-                         fail, kRegressionBadArgument, "QR workspace query refused");
-  if (!rc)
-    rc = lapack_status(blas([&] {
-                         return LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.rows, 1, ip,
-                                                    f.a.get(), f.rows, f.tau.data(), f.c.data(),
-                                                    f.rows, &q2, -1);
-                       }),
-                       fail, kRegressionBadArgument, "QR workspace query refused");
+  const int rc =
+      lapack_status(f.factorise(), fail, kRegressionBadArgument, "QR factorisation refused");
   if (rc) return rc;
-  const lapack_int lwork =
-      std::max<lapack_int>({static_cast<lapack_int>(q1), static_cast<lapack_int>(q2), ip, 1});
-  auto work = buffer<double>(static_cast<std::size_t>(lwork));
-  rc = lapack_status(blas([&] {
-                       return LAPACKE_dgeqrf_work(LAPACK_COL_MAJOR, f.rows, ip, f.a.get(), f.rows,
-                                                  f.tau.data(), work.data(), lwork);
-                     }),
-                     fail, kRegressionBadArgument, "QR factorisation refused");
-  if (!rc)
-    rc = lapack_status(blas([&] {
-                         return LAPACKE_dormqr_work(LAPACK_COL_MAJOR, 'L', 'T', f.rows, 1, ip,
-                                                    f.a.get(), f.rows, f.tau.data(), f.c.data(),
-                                                    f.rows, work.data(), lwork);
-                       }),
-                       fail, kRegressionBadArgument, "applying Q refused");
-  return rc;
+  return lapack_status(f.apply('T', f.c.data()), fail, kRegressionBadArgument,
+                       "applying Q refused");
 }
 
 // The SVD of R D, D scaling the columns of R (which have the norms of the design's) to 1.
@@ -123,7 +95,7 @@ struct ScaledSvd {
 };
 
 int scaled_svd(const Factor& f, ScaledSvd& z, NagError& fail) {
-  const int ip = f.ip;
+  const int ip = f.p;
   Square rd(ip);
   for (int j = 0; j < ip; ++j) {
     double norm = 0;
@@ -140,7 +112,7 @@ int scaled_svd(const Factor& f, ScaledSvd& z, NagError& fail) {
 
 // Full rank: c* = R^-1 c, C = R^-1 R^-T.
 int solve_triangular(const Factor& f, std::vector<double>& cs, Square& cc, NagError& fail) {
-  const int ip = f.ip;
+  const int ip = f.p;
   Square rinv(ip);
   for (int j = 0; j < ip; ++j)
     for (int i = 0; i <= j; ++i) rinv(i, j) = f.r(i, j);
@@ -167,7 +139,7 @@ int solve_triangular(const Factor& f, std::vector<double>& cs, Square& cc, NagEr
 // Rank r < ip: with R D = U S V', c* = D V_r S_r^-1 U_r' c, a least-squares solution in the
 // centred coordinates, from which the residuals come.
 void solve_truncated(const Factor& f, const ScaledSvd& z, int rank, std::vector<double>& cs) {
-  const int ip = f.ip;
+  const int ip = f.p;
   auto coef = buffer<double>(static_cast<std::size_t>(rank));
   for (int t = 0; t < rank; ++t) {
     double d = 0;
@@ -288,14 +260,14 @@ int solve_min_norm(const Problem& p, const Factor& f, const ScaledSvd& z, int ra
 int leverages(const Problem& p, Factor& f, const ScaledSvd& z, int rank, double* h, NagError& fail) {
   std::fill(h, h + p.n, 0.0);
   if (rank == 0) return 0;
-  const int ip = f.ip;
+  const int ip = f.p;
   if (int rc = lapack_status(blas([&] {
-                               return LAPACKE_dorgqr(LAPACK_COL_MAJOR, f.rows, ip, ip, f.a.get(),
-                                                     f.rows, f.tau.data());
+                               return LAPACKE_dorgqr(LAPACK_COL_MAJOR, f.m, ip, ip, f.a.get(),
+                                                     f.m, f.tau.data());
                              }),
                              fail, kRegressionBadArgument, "forming Q refused"))
     return rc;
-  const std::size_t rows = static_cast<std::size_t>(f.rows);
+  const std::size_t rows = static_cast<std::size_t>(f.m);
   const double* q = f.a.get();
   std::unique_ptr<double[]> qu;
   if (rank < ip) {
